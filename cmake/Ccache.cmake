@@ -1,0 +1,6 @@
+# Compiles through ccache where it is installed.
+
+find_program(APPCOMPONENTS_CCACHE ccache)
+if(APPCOMPONENTS_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${APPCOMPONENTS_CCACHE})
+endif()

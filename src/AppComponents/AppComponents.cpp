@@ -1,0 +1,3 @@
+#include <AppComponents/AppComponents.h>
+
+AppComponents::AppComponents() = default;

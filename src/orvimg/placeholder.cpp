@@ -1,0 +1,1 @@
+#include <AppComponents/imgproc/orvimg.h>
