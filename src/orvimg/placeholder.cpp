@@ -1,1 +1,0 @@
-#include <AppComponents/imgproc/orvimg.h>
