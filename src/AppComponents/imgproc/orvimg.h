@@ -20,7 +20,8 @@ extern "C" {
 
 /// Fill a table that maps sample levels to 8-bit output under brightness, contrast and gamma
 /// steps, each -127 ... 127 with 0 neutral: brightness step / 254 of full scale, contrast
-/// 4^(step / 127), gamma 3^(step / 127). Level i of N maps at x = (i + 0.5) / N to
+/// 4^(step / 127) but exactly 0.5 and 2 at -64 and 64, gamma 3^(step / 127); a step beyond counts
+/// as the nearest one. Level i of N maps at x = (i + 0.5) / N to
 /// floor(256 * (contrast * (x^gamma - 0.5) + 0.5 + brightness)), clamped to 0 ... 255.
 /// The neutral table is the plain shift. The tables hold 256, 1024 and 4096 entries.
 ORVIMG_EXPORT void create_BCG_LUT8(int brightness, int contrast, int gamma, unsigned char* table);

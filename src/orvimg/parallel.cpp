@@ -1,0 +1,38 @@
+#include <orvimg/parallel.h>
+
+#include <algorithm>
+#include <atomic>
+
+#include <oneapi/tbb/parallel_for.h>
+#include <oneapi/tbb/task_arena.h>
+
+#include <orvimg/orvimg_threads.h>
+
+namespace
+{
+
+std::atomic<int> threadCount{1};
+
+} // namespace
+
+void orvimg_set_threads(int threads)
+{
+    threadCount = std::clamp(threads, 1, oneapi::tbb::this_task_arena::max_concurrency());
+}
+
+namespace orvimg
+{
+
+int rowBandCount(int rows, int minimumRows)
+{
+    return std::clamp(rows / std::max(minimumRows, 2), 1, threadCount.load());
+}
+
+void runOnThreads(int count, void (*task)(void* context, int index), void* context)
+{
+    oneapi::tbb::task_arena arena(threadCount);
+    arena.execute(
+        [=] { oneapi::tbb::parallel_for(0, count, [=](int index) { task(context, index); }); });
+}
+
+} // namespace orvimg
