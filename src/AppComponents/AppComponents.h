@@ -4,6 +4,13 @@
 /// The umbrella header: includes every public header of the library.
 
 #include <AppComponents/AppComponentsExport.h>
+#include <AppComponents/log/CBaseLog.h>
+#include <AppComponents/log/CConsoleTextLog.h>
+#include <AppComponents/log/CLogAccessor.h>
+#include <AppComponents/log/CLogManager.h>
+#include <AppComponents/log/COutBuf.h>
+#include <AppComponents/log/CTextLog.h>
+#include <AppComponents/log/LogTypes.h>
 
 /// Bears the library's name; has no state and no behaviour.
 class APPCOMPONENTS_EXPORT AppComponents

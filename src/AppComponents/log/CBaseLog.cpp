@@ -1,0 +1,3 @@
+#include <AppComponents/log/CBaseLog.h>
+
+CBaseLog::~CBaseLog() = default;

@@ -1,0 +1,37 @@
+#include <AppComponents/log/CConsoleTextLog.h>
+
+#include <iostream>
+
+namespace
+{
+
+// A union member is not destroyed with its union: the log outlives every static object.
+union SharedLog {
+    constexpr SharedLog()
+        : log()
+    {
+    }
+    ~SharedLog() {}
+    CConsoleTextLog log;
+};
+
+SharedLog sharedLog;
+
+} // namespace
+
+CConsoleTextLog& CConsoleTextLog::consoleLog = sharedLog.log;
+
+CConsoleTextLog& CConsoleTextLog::getDebugLog()
+{
+    return consoleLog;
+}
+
+void CConsoleTextLog::writeInternal(const wchar_t* text, int length)
+{
+    // The stream may not be set up yet when a static object of another file logs.
+    static const std::ios_base::Init streams;
+    std::wcout.write(text, length);
+    // One character that the locale cannot express must not silence the console for good.
+    if (!std::wcout)
+        std::wcout.clear();
+}

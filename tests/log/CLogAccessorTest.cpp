@@ -1,0 +1,181 @@
+#include "RecordingLog.h"
+
+#include <AppComponents/log/CLogAccessor.h>
+#include <AppComponents/log/CLogManager.h>
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <stdexcept>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace
+{
+
+class ThrowingLog : public CTextLog
+{
+protected:
+    void writeInternal(const wchar_t*, int) override { throw std::runtime_error("broken sink"); }
+};
+
+class GraphicLog : public CBaseLog
+{
+public:
+    LogType getType() override { return graphicLog; }
+};
+
+class TalkativeLog : public RecordingLog
+{
+public:
+    CLogAccessor* accessor = nullptr;
+
+protected:
+    void writeInternal(const wchar_t* text, int length) override
+    {
+        RecordingLog::writeInternal(text, length);
+        (*accessor)(DebugLogType) << std::wstring(2000, L'!') << std::endl;
+    }
+};
+
+// An accessor and a log that only this accessor knows.
+class AccessorTest : public testing::Test
+{
+protected:
+    AccessorTest() { accessor->addLog(&log); }
+
+    RecordingLog log;
+    std::unique_ptr<CLogAccessor> accessor = std::make_unique<CLogAccessor>();
+};
+
+} // namespace
+
+TEST_F(AccessorTest, DeliversTheLineWithItsTypeOnEndl)
+{
+    (*accessor)(InfoLogType) << L"modes: " << 3 << ' ' << "narrow" << std::endl;
+    (*accessor)(AllLogType) << std::flush;
+    EXPECT_THAT(log.chunks, ElementsAre(Chunk{L"modes: 3 narrow\n", InfoLogType}));
+}
+
+TEST_F(AccessorTest, The254thCharacterFinishesAChunk)
+{
+    auto& stream = (*accessor)(DebugLogType);
+    stream << std::wstring(253, L'a');
+    EXPECT_THAT(log.chunks, IsEmpty());
+    stream << L'b';
+    const Chunk full{std::wstring(253, L'a') + L'b', DebugLogType};
+    EXPECT_THAT(log.chunks, ElementsAre(full));
+    stream << std::endl;
+    EXPECT_THAT(log.chunks, ElementsAre(full, Chunk{L"\n", DebugLogType}));
+}
+
+TEST_F(AccessorTest, CutsALongLineIntoFullChunksAndARest)
+{
+    std::wstring text;
+    for (int i = 0; i < 1000; ++i)
+        text += static_cast<wchar_t>(0x100 + i);
+    (*accessor)(AllLogType) << text << std::flush;
+    ASSERT_EQ(log.chunks.size(), 4u);
+    EXPECT_EQ(log.chunks[2].text, text.substr(508, 254));
+    EXPECT_EQ(log.chunks[3].text, text.substr(762));
+}
+
+TEST_F(AccessorTest, TakesTheTypeThatIsSetWhenTheTextLeaves)
+{
+    (*accessor)(InfoLogType) << L"load";
+    (*accessor)(TimeLogType) << L" 5ms" << std::endl;
+    EXPECT_THAT(log.chunks, ElementsAre(Chunk{L"load 5ms\n", TimeLogType}));
+}
+
+TEST_F(AccessorTest, DeliversUnflushedTextWhenItDies)
+{
+    (*accessor)(InfoLogType) << L"last words";
+    accessor.reset();
+    EXPECT_THAT(log.chunks, ElementsAre(Chunk{L"last words", InfoLogType}));
+}
+
+TEST_F(AccessorTest, AFailingLogHarmsNeitherTheWriterNorTheOtherLogs)
+{
+    ThrowingLog broken;
+    CLogAccessor other;
+    other.addLog(&broken);
+    other.addLog(&log);
+    auto& stream = other(AllLogType);
+    stream << L"one" << std::endl << std::wstring(300, L'x') << L"two" << std::endl;
+    EXPECT_TRUE(stream.good());
+    EXPECT_EQ(log.written, L"one\n" + std::wstring(300, L'x') + L"two\n");
+}
+
+TEST_F(AccessorTest, DropsWhatALogWritesBackIntoTheSameAccessor)
+{
+    TalkativeLog talkative;
+    talkative.accessor = accessor.get();
+    accessor->addLog(&talkative);
+    (*accessor)(AllLogType) << L"hello" << std::endl << L"again" << std::endl;
+    EXPECT_EQ(log.written, L"hello\nagain\n");
+    EXPECT_EQ(talkative.written, L"hello\nagain\n");
+}
+
+TEST_F(AccessorTest, KeepsALogOnceHoweverOftenItIsAdded)
+{
+    CLogManager::registerLog(&log, L"AddedTwice");
+    accessor->addLog(&log);
+    accessor->addLogList(L"AddedTwice");
+    accessor->addLogList({});
+    (*accessor)(AllLogType) << L"x" << std::endl;
+    EXPECT_EQ(log.written, L"x\n");
+    CLogManager::getLogList(textLog, L"AddedTwice").clear();
+}
+
+TEST(CLogAccessor, SeesOnlyTheLogsRegisteredBeforeItWasBuilt)
+{
+    RecordingLog early;
+    RecordingLog late;
+    CLogManager::registerLog(&early, L"Camera");
+    CLogAccessor camera(L"Camera");
+    CLogAccessor stranger(L"Lens");
+    CLogManager::registerLog(&late, L"Camera");
+    camera(AllLogType) << L"a" << std::endl;
+    stranger(AllLogType) << L"b" << std::endl;
+    EXPECT_EQ(early.written, L"a\n");
+    EXPECT_EQ(late.written, L"");
+
+    camera.addLogList(L"Camera");
+    camera(AllLogType) << L"c" << std::endl;
+    EXPECT_EQ(early.written, L"a\nc\n");
+    EXPECT_EQ(late.written, L"c\n");
+    CLogManager::getLogList(textLog, L"Camera").clear();
+}
+
+TEST(CLogAccessor, TellsWhichKindsAreListenedTo)
+{
+    GraphicLog graphic;
+    CLogAccessor accessor;
+    EXPECT_FALSE(accessor.isWriting(graphicLog));
+    accessor.addLog(&graphic);
+    EXPECT_TRUE(accessor.isWriting(graphicLog));
+    EXPECT_FALSE(accessor.isWriting(seqienceLog));
+    EXPECT_TRUE((accessor(AllLogType) << std::wstring(1000, L'x') << std::endl).good());
+}
+
+TEST(CTextLog, FiltersByItsFlags)
+{
+    RecordingLog log;
+    const auto sendOneOfEachType = [&log] {
+        log.written.clear();
+        log.write(L"A", 1, AllLogType);
+        log.write(L"I", 1, InfoLogType);
+        log.write(L"D", 1, DebugLogType);
+        log.write(L"T", 1, TimeLogType);
+        return log.written;
+    };
+    EXPECT_EQ(sendOneOfEachType(), L"AIDT");
+    log.setTextLogTypeWriting(DebugLogType, true);
+    EXPECT_EQ(sendOneOfEachType(), L"AIDT");
+    log.setTextLogTypeWriting(AllLogType, false);
+    EXPECT_EQ(sendOneOfEachType(), L"AD");
+    log.setTextLogTypeWriting(DebugLogType, false);
+    log.setTextLogTypeWriting(TimeLogType, true);
+    EXPECT_EQ(sendOneOfEachType(), L"AT");
+}
