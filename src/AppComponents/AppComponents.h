@@ -12,6 +12,16 @@
 #include <AppComponents/log/CTextLog.h>
 #include <AppComponents/log/LogTypes.h>
 
+#include <AppComponents/controls/ComboBoxSelection.h>
+#include <AppComponents/controls/DoubleSlider.h>
+#include <AppComponents/controls/DoubleSliderView.h>
+#include <AppComponents/controls/IModelViewMapper.h>
+#include <AppComponents/controls/IModelViewSubrangeMapper.h>
+#include <AppComponents/controls/ISetTexter.h>
+#include <AppComponents/controls/ISetValuer.h>
+#include <AppComponents/controls/LinearScaler.h>
+#include <AppComponents/controls/SetValuer.h>
+
 /// Bears the library's name; has no state and no behaviour.
 class APPCOMPONENTS_EXPORT AppComponents
 {
