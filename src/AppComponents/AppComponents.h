@@ -12,6 +12,9 @@
 #include <AppComponents/log/CTextLog.h>
 #include <AppComponents/log/LogTypes.h>
 
+#include <AppComponents/analysis/HistogramBox.h>
+#include <AppComponents/analysis/LUTPlot.h>
+
 #include <AppComponents/controls/ComboBoxSelection.h>
 #include <AppComponents/controls/DoubleSlider.h>
 #include <AppComponents/controls/DoubleSliderView.h>
