@@ -4,6 +4,10 @@
 /// The umbrella header: includes every public header of the library.
 
 #include <AppComponents/AppComponentsExport.h>
+#include <AppComponents/frames/FrameEx2.h>
+#include <AppComponents/frames/RingFrameBuffer.h>
+#include <AppComponents/imgproc/ImgProcessor.h>
+#include <AppComponents/imgproc/ProcessingFlags.h>
 #include <AppComponents/log/CBaseLog.h>
 #include <AppComponents/log/CConsoleTextLog.h>
 #include <AppComponents/log/CLogAccessor.h>
