@@ -29,6 +29,14 @@
 #include <AppComponents/controls/LinearScaler.h>
 #include <AppComponents/controls/SetValuer.h>
 
+#include <AppComponents/view/CenteredTextItem.h>
+#include <AppComponents/view/LifeView.h>
+#include <AppComponents/view/RecordIndicator.h>
+#include <AppComponents/view/Ruller.h>
+#include <AppComponents/view/ViewPort.h>
+#include <AppComponents/view/Viewer.h>
+#include <AppComponents/view/ViewportMap.h>
+
 /// Bears the library's name; has no state and no behaviour.
 class APPCOMPONENTS_EXPORT AppComponents
 {

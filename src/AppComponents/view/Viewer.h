@@ -12,6 +12,7 @@
 #include <memory>
 
 #include <AppComponents/AppComponentsExport.h>
+#include <AppComponents/log/CLogAccessor.h>
 #include <AppComponents/view/RecordIndicator.h>
 #include <AppComponents/view/Ruller.h>
 
@@ -127,6 +128,7 @@ private:
     bool replaceBitmap(const QImage& image);
     void addGridLines();
 
+    CLogAccessor log;
     QMutex bitmapMutex;
     std::unique_ptr<QGraphicsRectItem> gridItem;
     QImage bitmap;
