@@ -1,6 +1,7 @@
 #include <AppComponents/analysis/HistogramBox.h>
 
 #include <QCheckBox>
+#include <QLayout>
 #include <QLineEdit>
 #include <QPainter>
 
@@ -14,6 +15,7 @@ namespace
 constexpr int narrowWidth = 256;
 constexpr int wideWidth = 1024;
 constexpr int readOutsWidth = 130;
+constexpr int smallestFont = 6;
 
 void write(const HistogramBoxForm::ReadOuts& readOuts, int low, int high, int range, double avg)
 {
@@ -21,6 +23,28 @@ void write(const HistogramBoxForm::ReadOuts& readOuts, int low, int high, int ra
     readOuts.max->setText(QString::number(high));
     readOuts.range->setText(QString::number(range));
     readOuts.average->setText(QString::number(avg, 'f', 1));
+}
+
+void setFontSize(QWidget& box, int points)
+{
+    // One by one, because children of a widget with a style sheet inherit no font.
+    for (QWidget* const child : box.findChildren<QWidget*>()) {
+        QFont font = child->font();
+        font.setPointSize(points);
+        child->setFont(font);
+    }
+    box.layout()->invalidate();
+    box.layout()->activate();
+}
+
+/// A large font would push the histograms over the edge of the box, whose width is fixed.
+void fitFont(QWidget& box)
+{
+    for (int points = box.font().pointSize() - 1; points >= smallestFont; --points) {
+        if (box.layout()->minimumSize().width() <= box.width())
+            return;
+        setFontSize(box, points);
+    }
 }
 
 void clear(const HistogramBoxForm::ReadOuts& readOuts)
@@ -37,6 +61,7 @@ HistogramBox::HistogramBox(QWidget* parent)
     , histogramSize(narrowWidth)
 {
     togleHistSize(histogramSize);
+    fitFont(*this);
     connect(form->cbLogarithmic, &QCheckBox::clicked, form->wgtHistogram,
             &HistogramRawWidget::setLogarithmic);
     connect(form->cbLogarithmic, &QCheckBox::clicked, form->wgtProcessedHistogram,
@@ -99,9 +124,10 @@ void HistogramBox::onSetColorHistVisibility()
 void HistogramBox::togleHistSize(int size)
 {
     const int histogramWidth = size <= narrowWidth ? narrowWidth : wideWidth;
-    setFixedWidth(histogramWidth + readOutsWidth);
+    // The painters first, so that the layout knows them when the box takes its new width.
     form->wgtHistogram->setFixedWidth(histogramWidth);
     form->wgtProcessedHistogram->setFixedWidth(histogramWidth);
+    setFixedWidth(histogramWidth + readOutsWidth);
     emit requiredWidth(histogramWidth);
 }
 
