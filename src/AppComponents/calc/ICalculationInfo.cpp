@@ -1,0 +1,11 @@
+#include <AppComponents/calc/ICalculationInfo.h>
+
+ICalculationInfo::~ICalculationInfo() = default;
+
+void ICalculationInfo::setStepCount(int) {}
+
+void ICalculationInfo::setStep(int) {}
+
+void ICalculationInfo::setStepName(const std::wstring&) {}
+
+void ICalculationInfo::setFinished() {}
