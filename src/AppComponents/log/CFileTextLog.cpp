@@ -1,0 +1,26 @@
+#include <AppComponents/log/CFileTextLog.h>
+
+#include <AppComponents/log/Utf8Locale.h>
+
+#include <utility>
+
+CFileTextLog::CFileTextLog(std::string name)
+    : fileName(std::move(name))
+{
+    stream.imbue(utf8Locale());
+    stream.open(fileName, std::ios_base::out | std::ios_base::trunc | std::ios_base::binary);
+}
+
+CFileTextLog::~CFileTextLog() = default;
+
+std::string CFileTextLog::getFileName() const
+{
+    return fileName;
+}
+
+void CFileTextLog::writeInternal(const wchar_t* text, int length)
+{
+    // Straight to the buffer: a disk that was full for a while must not end the log for good.
+    stream.rdbuf()->sputn(text, length);
+    stream.rdbuf()->pubsync();
+}

@@ -1,0 +1,100 @@
+#include <AppComponents/log/CFolderOfTextLog.h>
+
+#include <AppComponents/log/Utf8Locale.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <ctime>
+#include <cwchar>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+std::tm localTime()
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm parts = {};
+    localtime_r(&now, &parts);
+    return parts;
+}
+
+std::string newFileName()
+{
+    const std::tm now = localTime();
+    char name[80];
+    return {name, std::strftime(name, std::size(name), "%Y-%m-%d_%H-%M-%S.txt", &now)};
+}
+
+bool isTextFileName(std::string_view name)
+{
+    constexpr std::string_view ending = ".txt";
+    return name.size() >= ending.size() &&
+           name.compare(name.size() - ending.size(), ending.size(), ending) == 0;
+}
+
+std::vector<std::string> textFileNames(const std::string& folder)
+{
+    std::vector<std::string> names;
+    std::error_code error;
+    fs::directory_iterator entry(folder.empty() ? fs::path(".") : fs::path(folder), error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        std::string name = entry->path().filename().string();
+        if (isTextFileName(name))
+            names.push_back(std::move(name));
+    }
+    return names;
+}
+
+void removeFile(const fs::path& file)
+{
+    std::error_code error; // a file that cannot be removed stays
+    if (!fs::is_directory(fs::symlink_status(file, error)))
+        fs::remove(file, error);
+}
+
+void removeOldFiles(const std::string& folder)
+{
+    std::vector<std::string> names = textFileNames(folder);
+    if (names.size() <= CFolderOfTextLog::fileNumLimit)
+        return;
+    std::sort(names.begin(), names.end());
+    names.resize(names.size() - CFolderOfTextLog::fileNumLimit);
+    for (const std::string& name : names)
+        removeFile(folder + name);
+}
+
+} // namespace
+
+CFolderOfTextLog::CFolderOfTextLog(std::string folderPath)
+{
+    if (!folderPath.empty())
+        folderPath += '/';
+    removeOldFiles(folderPath);
+    filePath = folderPath + newFileName();
+    stream.imbue(utf8Locale());
+    stream.open(filePath, std::ios_base::out | std::ios_base::trunc);
+}
+
+CFolderOfTextLog::~CFolderOfTextLog() = default;
+
+std::string CFolderOfTextLog::getFilePath() const
+{
+    return filePath;
+}
+
+void CFolderOfTextLog::writeInternal(const wchar_t* text, int length)
+{
+    const std::tm now = localTime();
+    wchar_t stamp[80];
+    const std::size_t stampLength = std::wcsftime(stamp, std::size(stamp), L"%Y-%m-%d %X ", &now);
+    // Straight to the buffer: a disk that was full for a while must not end the log for good.
+    stream.rdbuf()->sputn(stamp, static_cast<std::streamsize>(stampLength));
+    stream.rdbuf()->sputn(text, length);
+    stream.rdbuf()->pubsync();
+}

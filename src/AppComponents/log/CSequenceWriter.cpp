@@ -1,0 +1,3 @@
+#include <AppComponents/log/CSequenceWriter.h>
+
+CSequenceWriter::~CSequenceWriter() = default;
