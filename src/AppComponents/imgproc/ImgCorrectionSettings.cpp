@@ -9,6 +9,7 @@
 #include <QXmlStreamWriter>
 
 #include <algorithm>
+#include <cstddef>
 #include <variant>
 
 namespace
@@ -19,7 +20,14 @@ using Integer = std::int32_t Settings::*;
 using Real = double Settings::*;
 using Switch = bool Settings::*;
 
-constexpr QLatin1String rootName("ImgCorrectionSettings");
+// QLatin1String counts the characters at run time unless it is told their number.
+template <std::size_t size>
+constexpr QLatin1String latin1(const char (&text)[size])
+{
+    return QLatin1String(text, static_cast<int>(size) - 1);
+}
+
+constexpr QLatin1String rootName = latin1("ImgCorrectionSettings");
 
 struct Field {
     QLatin1String name;
@@ -28,20 +36,20 @@ struct Field {
 
 // In the order of the file.
 constexpr Field fields[] = {
-    {QLatin1String("ColorReconstructionMethod"), &Settings::colorReconstructionMethod},
-    {QLatin1String("imageProcFlags"), &Settings::flags},
-    {QLatin1String("Brightness"), &Settings::brightness},
-    {QLatin1String("Contrast"), &Settings::contrast},
-    {QLatin1String("Gamma"), &Settings::gamma},
-    {QLatin1String("FlipImageVertically"), &Settings::flipV},
-    {QLatin1String("FlipImageHorizontally"), &Settings::flipH},
-    {QLatin1String("WhiteBalanceValue"), &Settings::whiteBalanceValue},
-    {QLatin1String("ColorCorrectionGreen"), &Settings::colorCorrectionGreen},
-    {QLatin1String("ColorCorrectionRed"), &Settings::colorCorrectionRed},
-    {QLatin1String("ColorCorrectionBlue"), &Settings::colorCorrectionBlue},
-    {QLatin1String("ColorCorrectionHue"), &Settings::colorCorrectionHue},
-    {QLatin1String("ColorCorrectionSaturation"), &Settings::colorCorrectionSaturation},
-    {QLatin1String("ColorCorrectionLightness"), &Settings::colorCorrectionLightness},
+    {latin1("ColorReconstructionMethod"), &Settings::colorReconstructionMethod},
+    {latin1("imageProcFlags"), &Settings::flags},
+    {latin1("Brightness"), &Settings::brightness},
+    {latin1("Contrast"), &Settings::contrast},
+    {latin1("Gamma"), &Settings::gamma},
+    {latin1("FlipImageVertically"), &Settings::flipV},
+    {latin1("FlipImageHorizontally"), &Settings::flipH},
+    {latin1("WhiteBalanceValue"), &Settings::whiteBalanceValue},
+    {latin1("ColorCorrectionGreen"), &Settings::colorCorrectionGreen},
+    {latin1("ColorCorrectionRed"), &Settings::colorCorrectionRed},
+    {latin1("ColorCorrectionBlue"), &Settings::colorCorrectionBlue},
+    {latin1("ColorCorrectionHue"), &Settings::colorCorrectionHue},
+    {latin1("ColorCorrectionSaturation"), &Settings::colorCorrectionSaturation},
+    {latin1("ColorCorrectionLightness"), &Settings::colorCorrectionLightness},
 };
 
 struct TextOf {

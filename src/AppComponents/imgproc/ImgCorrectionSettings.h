@@ -18,7 +18,7 @@ class APPCOMPONENTS_EXPORT ImgCorrectionSettings
 public:
     /// Groups of fields, combined with bitwise or. `colorReconstructionMethod` and `flags` belong
     /// to none.
-    enum Group {
+    enum Group : int {
         ToneGroup = 1,           ///< brightness, contrast, gamma and the flips
         WhiteBalanceGroup = 2,   ///< whiteBalanceValue
         ColorCorrectionGroup = 4 ///< the six colour correction fields
