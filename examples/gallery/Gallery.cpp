@@ -57,7 +57,7 @@ std::unique_ptr<QWidget> createFrame(const Page& page)
 Pages allPages()
 {
     Pages all;
-    for (const Pages& pages : {viewPages()})
+    for (const Pages& pages : {viewPages(), analysisPages(), controlPages()})
         all.insert(all.end(), pages.begin(), pages.end());
     return all;
 }

@@ -17,6 +17,8 @@ struct Page {
 using Pages = std::vector<Page>;
 
 Pages viewPages();
+Pages analysisPages();
+Pages controlPages();
 
 /// Every page of the gallery, in the order of the list.
 Pages allPages();

@@ -1,0 +1,35 @@
+#include "CameraFactory.h"
+
+#include "RawFileCamera.h"
+#include "SimCamera.h"
+#include "SourceText.h"
+
+#include <functional>
+#include <map>
+
+std::unique_ptr<Camera> openCamera(const QString& text)
+{
+    using Opener = std::function<std::unique_ptr<Camera>(const SourceText&)>;
+    static const std::map<QString, Opener> openers = {
+        {"sim", SimCamera::openChart},
+        {"photo", SimCamera::openPhoto},
+        {"raw", RawFileCamera::open},
+    };
+    const SourceText source(text);
+    const auto opener = openers.find(source.scheme());
+    if (opener == openers.end())
+        throw CameraError(QString("unknown source \"%1\"").arg(text));
+    return opener->second(source);
+}
+
+QStringList listCameras()
+{
+    return {};
+}
+
+QString sourceHelp()
+{
+    return "  sim[?width=&height=&bits=&mono=&noise=&seed=]\n"
+           "  photo:FILE[?bits=&mono=&noise=&seed=]\n"
+           "  raw:FILE?width=&height=&bits=[&mono=&mirrorh=&mirrorv=&loop=]\n";
+}

@@ -1,0 +1,102 @@
+#include "LiveSession.h"
+
+LiveSession::LiveSession(std::unique_ptr<Camera> what, SessionObserver& who)
+    : source(std::move(what))
+    , observer(who)
+{
+}
+
+LiveSession::~LiveSession()
+{
+    stop();
+}
+
+void LiveSession::setProcessing(const ProcessingSettings& settings)
+{
+    const std::lock_guard lock(settingsMutex);
+    wanted = settings;
+    settingsChanged = true;
+}
+
+void LiveSession::start(Delivery how, std::uint64_t limit)
+{
+    stop();
+    delivery = how;
+    frameLimit = limit;
+    slot.open(delivery);
+    processing = std::thread([this] { processFrames(); });
+    source->start(*this);
+}
+
+void LiveSession::stop()
+{
+    // The slot goes first: a source that waits for it must be let go before it can end.
+    slot.close();
+    source->stop();
+    if (processing.joinable())
+        processing.join();
+}
+
+SessionCounters LiveSession::counters() const
+{
+    SessionCounters counters;
+    counters.received = received;
+    counters.processed = processed;
+    counters.shown = shown;
+    counters.dropped = dropped;
+    counters.camera = source->losses();
+    return counters;
+}
+
+void LiveSession::frameArrived(PooledFrame frame)
+{
+    if (limitReached())
+        return;
+    const PutResult result = slot.put(std::move(frame));
+    if (result != PutResult::Refused)
+        ++received;
+    if (result == PutResult::Replaced)
+        ++dropped;
+}
+
+// Where every frame becomes a picture no more are taken in than the limit allows; where frames
+// may be dropped, only the pictures count.
+bool LiveSession::limitReached() const
+{
+    const std::uint64_t count = delivery == Delivery::EveryFrame ? received : processed;
+    return frameLimit > 0 && count >= frameLimit;
+}
+
+void LiveSession::streamChanged(StreamEvent event, const QString& detail)
+{
+    observer.streamChanged(event, detail);
+}
+
+void LiveSession::processFrames()
+{
+    try {
+        while (const PooledFrame frame = slot.take()) {
+            adoptSettings();
+            const ProcessedFrame result = processor.process(*frame);
+            ++processed;
+            observer.pictureReady(result);
+            if (frameLimit > 0 && processed == frameLimit) {
+                slot.close();
+                observer.streamChanged(StreamEvent::Ended, QString());
+                return;
+            }
+        }
+    } catch (const std::exception& error) {
+        slot.close();
+        observer.streamChanged(StreamEvent::Failed, QString::fromUtf8(error.what()));
+    }
+}
+
+void LiveSession::adoptSettings()
+{
+    const std::lock_guard lock(settingsMutex);
+    if (!settingsChanged)
+        return;
+    processor.setSettings(wanted);
+    settingsChanged = false;
+}

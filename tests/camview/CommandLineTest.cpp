@@ -1,0 +1,135 @@
+#include "CommandLine.h"
+#include "Support.h"
+
+#include <QDir>
+
+#include <gmock/gmock.h>
+
+namespace
+{
+
+class CommandLineTest : public testing::Test
+{
+protected:
+    QStringList pictures() const { return QDir(output).entryList(QDir::Files, QDir::Name); }
+
+    QTemporaryDir folder;
+    const QString output = folder.filePath("out");
+};
+
+TEST_F(CommandLineTest, WrongUseIsOneLineStatusTwoAndNothingWritten)
+{
+    writeFile(folder.filePath("short.raw"), QByteArray(1000, 'x'));
+    writeFile(folder.filePath("file"), "a file where a folder should be");
+    const QString shortFile = "raw:" + folder.filePath("short.raw");
+    const QStringList lines[] = {
+        {"--nonsense"},
+        {"stray"},
+        {"--frames"},
+        {"--frames", "0"},
+        {"--frames", "-3"},
+        {"--frames", "many"},
+        {"--frames", "1e3"},
+        {"--frames", "3", "--frames", "4"},
+        {"--duration", "0"},
+        {"--duration", "nan"},
+        {"--method", "9"},
+        {"--method", "-1"},
+        {"--average", "0"},
+        {"--average", "65"},
+        {"--brightness", "0.6"},
+        {"--contrast", "0.2"},
+        {"--gamma", "3.1"},
+        {"--gamma", "inf"},
+        {"--color-correction", "1,1,1"},
+        {"--color-correction", "1,1,1,0,1,x"},
+        {"--bits", "9"},
+        {"--decimation", "0"},
+        {"--region", "0,0,0,10"},
+        {"--region", "0,0,10"},
+        {"--region", "-2,0,10,10"},
+        {"--rate", "0"},
+        {"--source", ""},
+        {"--source", "nowhere"},
+        {"--source", "photo:/no/such/file.jpg"},
+        {"--source", shortFile},
+        {"--source", shortFile + "?width=40&height=40&bits=8"},
+        {"--source", shortFile + "?width=0&height=40&bits=8"},
+        {"--source", shortFile + "?width=10&height=10&bits=8", "--frames", "11"},
+        {"--output", folder.filePath("file")},
+        {"--output", folder.filePath("file/below")},
+    };
+    for (const QStringList& line : lines) {
+        QStringList arguments{"--headless"};
+        if (!line.contains("--output"))
+            arguments << "--output" << output;
+        const Outcome outcome = runCamview(arguments + line);
+        const std::string what = line.join(' ').toStdString();
+        EXPECT_EQ(outcome.status, 2) << what;
+        EXPECT_EQ(outcome.err.count('\n'), 1) << what << outcome.err.toStdString();
+        EXPECT_TRUE(outcome.err.startsWith("camview: ")) << what;
+        EXPECT_TRUE(outcome.out.isEmpty()) << what;
+        EXPECT_FALSE(QFile::exists(output)) << what;
+    }
+}
+
+TEST_F(CommandLineTest, WritesThePicturesAndASummaryForMachines)
+{
+    const Outcome outcome = runCamview(
+        {"--headless", "--source", "sim?width=128&height=96", "--frames", "3", "--output", output,
+         "--lut", "--gamma", "0.5", "--white-balance", "--color-correction", "1.1,1,0.9,5,1.2,1",
+         "--median", "--flip-h", "--average", "2", "--json"});
+    ASSERT_EQ(outcome.status, 0) << outcome.err.toStdString();
+    EXPECT_EQ(pictures(),
+              QStringList({"frame_000001.png", "frame_000002.png", "frame_000003.png"}));
+    EXPECT_EQ(QImage(output + "/frame_000003.png").size(), QSize(128, 96));
+    const QJsonObject summary = outcome.json();
+    EXPECT_EQ(summary["frames"].toInt(), 3);
+    EXPECT_EQ(summary["width"].toInt(), 128);
+    EXPECT_EQ(summary["counters"].toObject()["dropped"].toInt(), 0);
+    EXPECT_GT(summary["stageMilliseconds"].toObject()["process"].toDouble(), 0);
+    EXPECT_GT(summary["framesPerSecond"].toDouble(), 0);
+}
+
+TEST_F(CommandLineTest, PicturesOfAnyWidthAreWrittenStraight)
+{
+    // Three columns: rows that a picture format would pad.
+    writeFile(folder.filePath("odd.raw"), QByteArray("\x00\x80\xff\x00\x80\xff\x00\x80\xff", 9));
+    const QString source = "raw:" + folder.filePath("odd.raw") + "?width=3&height=3&bits=8&mono=1";
+    ASSERT_EQ(runCamview({"--headless", "--source", source, "--output", output}).status, 0);
+    const QImage picture(output + "/frame_000001.png");
+    ASSERT_EQ(picture.size(), QSize(3, 3));
+    for (int y = 0; y < 3; ++y) {
+        EXPECT_EQ(qGray(picture.pixel(0, y)), 0);
+        EXPECT_EQ(qGray(picture.pixel(1, y)), 128);
+        EXPECT_EQ(qGray(picture.pixel(2, y)), 255);
+    }
+}
+
+TEST_F(CommandLineTest, ProcessesAllThatAFileHoldsAndSaysSoInWords)
+{
+    writeFile(folder.filePath("four.raw"), QByteArray(4 * 16 * 8 * 2, '\x01'));
+    const QString source = "raw:" + folder.filePath("four.raw") + "?width=16&height=8&bits=12";
+    const Outcome outcome = runCamview({"--headless", "--source", source});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out.toStdString(), testing::HasSubstr("4 frames of 16 x 8"));
+    EXPECT_THAT(outcome.out.toStdString(), testing::HasSubstr("frames per second"));
+}
+
+TEST_F(CommandLineTest, EndsWhenTheTimeIsUp)
+{
+    const Outcome outcome = runCamview({"--headless", "--source", "sim?width=64&height=48",
+                                        "--duration", "0.2", "--rate", "100", "--json"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_GT(outcome.json()["frames"].toInt(), 0);
+}
+
+TEST_F(CommandLineTest, HelpNamesEveryOption)
+{
+    const Outcome outcome = runCamview({"--help"});
+    EXPECT_EQ(outcome.status, 0);
+    for (const char* option : {"--source", "--average", "--color-correction", "raw:FILE"})
+        EXPECT_THAT(outcome.out.toStdString(), testing::HasSubstr(option));
+}
+
+} // namespace
