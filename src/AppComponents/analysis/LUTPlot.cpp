@@ -49,10 +49,12 @@ void LUTPlot::PaintLUTPlot()
         return;
     recalcData();
 
-    painter.setPen(QPen(QColor(barColour), 2.0, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
+    // Each bar covers what a line of width 2 with square caps covers, from the bottom to the top of
+    // its column. Filled as a rectangle it takes a small part of the time that stroking takes.
+    const QColor bar(barColour);
     const int columnCount = static_cast<int>(columns.size());
     for (int x = 0; x < columnCount; ++x)
-        painter.drawLine(x, height(), x, height() - columns[x]);
+        painter.fillRect(x - 1, height() - columns[x] - 1, 2, columns[x] + 2, bar);
 }
 
 void LUTPlot::recalcData()
