@@ -1,10 +1,10 @@
+#include "FileContents.h"
 #include "RecordingLog.h"
 
 #include <AppComponents/log/CLogManager.h>
 
 #include <gmock/gmock.h>
 
-#include <QFile>
 #include <QTemporaryDir>
 
 using testing::ElementsAre;
@@ -25,12 +25,6 @@ public:
 private:
     LogType type;
 };
-
-QByteArray contents(const QString& fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot open)");
-}
 
 void setManagerLogFileName(const QString& fileName)
 {

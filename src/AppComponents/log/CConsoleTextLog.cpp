@@ -1,5 +1,6 @@
 #include <AppComponents/log/CConsoleTextLog.h>
 
+#include <fstream>
 #include <iostream>
 
 namespace
@@ -31,7 +32,8 @@ void CConsoleTextLog::writeInternal(const wchar_t* text, int length)
     // The stream may not be set up yet when a static object of another file logs.
     static const std::ios_base::Init streams;
     std::wcout.write(text, length);
-    // One character that the locale cannot express must not silence the console for good.
-    if (!std::wcout)
+    // One character that the locale cannot express must not silence the console for good. Where
+    // the stream was detached from stdio it has a file buffer, which may not be used further.
+    if (!std::wcout && !dynamic_cast<std::wfilebuf*>(std::wcout.rdbuf()))
         std::wcout.clear();
 }

@@ -20,7 +20,6 @@ std::string CFileTextLog::getFileName() const
 
 void CFileTextLog::writeInternal(const wchar_t* text, int length)
 {
-    // Straight to the buffer: a disk that was full for a while must not end the log for good.
-    stream.rdbuf()->sputn(text, length);
-    stream.rdbuf()->pubsync();
+    stream.write(text, length);
+    stream.flush();
 }

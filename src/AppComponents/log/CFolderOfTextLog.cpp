@@ -93,8 +93,7 @@ void CFolderOfTextLog::writeInternal(const wchar_t* text, int length)
     const std::tm now = localTime();
     wchar_t stamp[80];
     const std::size_t stampLength = std::wcsftime(stamp, std::size(stamp), L"%Y-%m-%d %X ", &now);
-    // Straight to the buffer: a disk that was full for a while must not end the log for good.
-    stream.rdbuf()->sputn(stamp, static_cast<std::streamsize>(stampLength));
-    stream.rdbuf()->sputn(text, length);
-    stream.rdbuf()->pubsync();
+    stream.write(stamp, static_cast<std::streamsize>(stampLength));
+    stream.write(text, length);
+    stream.flush();
 }

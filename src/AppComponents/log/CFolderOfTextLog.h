@@ -11,8 +11,9 @@
 ///
 /// Before it opens its file, the log deletes all but the `fileNumLimit` last (by name) of the
 /// "*.txt" files in the folder, whoever made them. The folder must exist. A file that cannot be
-/// opened is not reported; the log then drops what it is handed. Two logs built for one folder
-/// within the same second share the name of the file, and the second truncates it.
+/// opened is not reported; the log then drops what it is handed, as it does after a write that
+/// failed. Two logs built for one folder within the same second share the name of the file, and
+/// the second truncates it.
 class APPCOMPONENTS_EXPORT CFolderOfTextLog : public CTextLog
 {
 public:

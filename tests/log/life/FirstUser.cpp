@@ -1,0 +1,3 @@
+#include "EarlyUser.h"
+
+static const EarlyUser first("first");
