@@ -9,8 +9,8 @@
 /// should the program crash.
 ///
 /// The file is truncated by the constructor and stays open until destruction. A file that cannot
-/// be opened is not reported; the log then drops what it is handed, as
-/// it does after a write that failed.
+/// be opened is not reported; the log then drops what it is handed, as it does
+/// after a write that failed.
 class APPCOMPONENTS_EXPORT CFileTextLog : public CTextLog
 {
 public:
