@@ -91,7 +91,7 @@ void Ruller::updateRuller()
     first.update();
     second.update();
     line = QLineF(first.pos(), second.pos());
-    angle = hasLength(line) ? qDegreesToRadians(line.angle()) : 0.0;
+    angle = hasLength(line) ? line.angle() * M_PI / 180 : 0.0;
     updateLabel();
     emit rullerChanged(line);
 }
