@@ -1,5 +1,6 @@
 #include "CameraFactory.h"
 
+#include "PlaybackCamera.h"
 #include "RawFileCamera.h"
 #include "SimCamera.h"
 #include "SourceText.h"
@@ -14,6 +15,7 @@ std::unique_ptr<Camera> openCamera(const QString& text)
         {"sim", SimCamera::openChart},
         {"photo", SimCamera::openPhoto},
         {"raw", RawFileCamera::open},
+        {"play", PlaybackCamera::open},
     };
     const SourceText source(text);
     const auto opener = openers.find(source.scheme());
@@ -31,5 +33,6 @@ QString sourceHelp()
 {
     return "  sim[?width=&height=&bits=&mono=&noise=&seed=]\n"
            "  photo:FILE[?bits=&mono=&noise=&seed=]\n"
-           "  raw:FILE?width=&height=&bits=[&mono=&mirrorh=&mirrorv=&loop=]\n";
+           "  raw:FILE?width=&height=&bits=[&mono=&mirrorh=&mirrorv=&loop=]\n"
+           "  play:FILE[?loop=]\n";
 }

@@ -21,6 +21,7 @@ public:
 protected:
     CameraSettings adjusted(const CameraSettings& wanted) const override;
     bool fill(CameraFrame& frame, const CameraSettings& now) override;
+    bool exposesOnItsOwn() const override { return false; }
 
 private:
     /// How the file holds its samples.

@@ -11,6 +11,9 @@ namespace
 // than that was never exposed.
 constexpr int framesOfSlack = 3;
 
+// The camera's clock of a source that delivers as fast as it can.
+constexpr double unpacedRate = 60;
+
 std::chrono::nanoseconds period(double frameRate)
 {
     return std::chrono::nanoseconds(std::llround(1e9 / frameRate));
@@ -30,6 +33,10 @@ CameraSettings StreamingCamera::apply(const CameraSettings& wanted)
 {
     const CameraSettings possible = adjusted(wanted);
     const std::lock_guard lock(mutex);
+    if (possible.frameRate != current.frameRate) {
+        due = hostNow();
+        ++paceNumber;
+    }
     current = possible;
     wake.notify_all();
     return current;
@@ -79,10 +86,10 @@ bool StreamingCamera::deliverOne(FrameSink& sink)
         if (!waitUntilDue(lock))
             return false;
         now = current;
+        clock += period(now.frameRate > 0 ? now.frameRate : unpacedRate);
         frame->stamp.number = nextNumber++;
+        frame->stamp.cameraTime = clock;
     }
-    const auto exposures = static_cast<std::int64_t>(frame->stamp.number);
-    frame->stamp.cameraTime = now.frameRate > 0 ? period(now.frameRate) * exposures : hostNow();
     frame->raw.invalidateFrame();
     if (!fill(*frame, now)) {
         sink.streamChanged(StreamEvent::Ended, QString());
@@ -95,18 +102,31 @@ bool StreamingCamera::deliverOne(FrameSink& sink)
 
 bool StreamingCamera::waitUntilDue(std::unique_lock<std::mutex>& lock)
 {
-    if (current.frameRate <= 0)
-        return !stopping;
+    while (!stopping && current.frameRate > 0) {
+        scheduleNext();
+        const int pace = paceNumber;
+        const std::chrono::steady_clock::time_point moment(due);
+        wake.wait_until(lock, moment, [&] { return stopping || pace != paceNumber; });
+        if (pace == paceNumber)
+            break;
+    }
+    return !stopping;
+}
+
+void StreamingCamera::scheduleNext()
+{
     const auto step = period(current.frameRate);
     due += step;
     const auto late = hostNow() - due;
-    if (late > framesOfSlack * step) {
-        const auto missed = late / step;
-        due += missed * step;
-        nextNumber += static_cast<std::uint64_t>(missed);
-        missedExposures += static_cast<std::uint64_t>(missed);
+    if (late <= framesOfSlack * step)
+        return;
+    if (!exposesOnItsOwn()) {
+        due += late;
+        return;
     }
-    const std::chrono::steady_clock::time_point moment(due);
-    wake.wait_until(lock, moment, [this] { return stopping; });
-    return !stopping;
+    const auto missed = late / step;
+    due += missed * step;
+    clock += missed * step;
+    nextNumber += static_cast<std::uint64_t>(missed);
+    missedExposures += static_cast<std::uint64_t>(missed);
 }

@@ -37,6 +37,9 @@ protected:
     /// The mutex is held. \return false when the stream is being stopped
     virtual bool waitUntilDue(std::unique_lock<std::mutex>& lock);
 
+    /// Whether exposures go on when nobody takes them, as a sensor's do and a file's do not.
+    virtual bool exposesOnItsOwn() const { return true; }
+
     mutable std::mutex mutex;
     std::condition_variable wake;
     bool stopping = false;
@@ -44,11 +47,14 @@ protected:
 private:
     void run(FrameSink& sink);
     bool deliverOne(FrameSink& sink);
+    void scheduleNext();
 
     CameraSettings current;
     std::uint64_t nextNumber = 0;
     std::uint64_t missedExposures = 0;
-    std::chrono::nanoseconds due{0};
+    std::chrono::nanoseconds due{0};   ///< of the exposure that was waited for last, host time
+    std::chrono::nanoseconds clock{0}; ///< of that exposure, the camera's own time
+    int paceNumber = 0;                ///< counts the changes of the frame rate
     FramePool pool;
     std::thread thread;
 };

@@ -42,6 +42,9 @@ struct CameraInfo {
     bool mosaic = false; ///< the sensor carries a Bayer mosaic
     /// Frames the source holds; 0 when it never ends.
     std::uint64_t frameCount = 0;
+    /// The rate at which the source plays by itself, in frames per second.
+    double naturalRate = 60.0;
+    bool live = false;          ///< delivers in its own time, whoever waits
     bool fixedGeometry = false; ///< region, decimation, depth and mirroring cannot be set
 };
 

@@ -27,6 +27,12 @@ struct CameraFrame {
     bool mosaic = false;
 };
 
+/// Makes a frame hold the picture of another one; frames derived from that stay behind.
+void copyPixels(const FrameEx2& from, FrameEx2& to);
+
+/// Copies the raw samples and what belongs to them; frames derived from them stay behind.
+void copyRaw(const CameraFrame& from, CameraFrame& to);
+
 /// The host time to stamp a frame with.
 inline std::chrono::nanoseconds hostNow()
 {

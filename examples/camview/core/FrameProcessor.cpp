@@ -1,6 +1,6 @@
 #include "FrameProcessor.h"
 
-#include "Stopwatch.h"
+#include "StageWatch.h"
 
 #include <algorithm>
 
@@ -42,31 +42,34 @@ void FrameProcessor::setSettings(const ProcessingSettings& wanted)
 ProcessedFrame FrameProcessor::process(CameraFrame& frame)
 {
     StageTimes times;
+    const CLogAccessor* timeLog = logFor(frame.stamp);
     const bool count = histogramsAreDue(frame.stamp);
     if (count) {
-        const Stopwatch watch(times.histogram);
+        const StageWatch watch(times.histogram, L"histogram", timeLog);
         histograms.countRaw(frame.raw);
         lastHistogram = frame.stamp.hostTime;
     }
     FrameEx2* raw = &frame.raw;
     if (settings.averageFrames > 1) {
-        const Stopwatch watch(times.average);
+        const StageWatch watch(times.average, L"average", timeLog);
         raw = &averaged(frame);
     }
-    buildPicture(*raw, frame.mosaic, times);
+    buildPicture(*raw, frame.mosaic, times, timeLog);
     FrameEx2& picture = *raw->getLasFrameInChain(true);
     if (count) {
-        const Stopwatch watch(times.histogram);
+        const StageWatch watch(times.histogram, L"histogram", timeLog);
         histograms.countPicture(picture);
     }
 
     const int depth = frame.raw.rawBitDepth;
     const unsigned char* table =
         depth == 8 ? engine.getLUT8() : (depth == 12 ? engine.getLUT12() : nullptr);
-    return {picture, frame, histograms, count, table, 1 << depth, engine.getLUTnumber(), times};
+    return {picture, frame,  histograms, count, table, 1 << depth, engine.getLUTnumber(),
+            times,   nullptr};
 }
 
-void FrameProcessor::buildPicture(FrameEx2& raw, bool mosaic, StageTimes& times)
+void FrameProcessor::buildPicture(FrameEx2& raw, bool mosaic, StageTimes& times,
+                                  const CLogAccessor* timeLog)
 {
     const ImgCorrectionSettings& correction = settings.correction;
     const bool greyByConversion = mosaic && settings.greyFromMosaic;
@@ -83,15 +86,15 @@ void FrameProcessor::buildPicture(FrameEx2& raw, bool mosaic, StageTimes& times)
     engine.setFlipH(false);
     engine.setFlipV(false);
     {
-        const Stopwatch watch(times.process);
+        const StageWatch watch(times.process, L"process", timeLog);
         engine.ProcessFrame(&raw, 8);
     }
     times.tone = engine.takeToneTime();
     if (greyByConversion) {
-        const Stopwatch watch(times.grey);
+        const StageWatch watch(times.grey, L"grey", timeLog);
         engine.convertToMonochrome(&raw);
     }
-    const Stopwatch watch(times.flip);
+    const StageWatch watch(times.flip, L"flip", timeLog);
     engine.setFlipH(correction.flipH);
     engine.setFlipV(correction.flipV);
     engine.flipImage(&raw);
@@ -119,4 +122,13 @@ FrameEx2& FrameProcessor::averaged(CameraFrame& frame)
 bool FrameProcessor::histogramsAreDue(const FrameStamp& stamp) const
 {
     return lastHistogram.count() < 0 || stamp.hostTime - lastHistogram >= settings.histogramPeriod;
+}
+
+// One frame per second tells enough.
+const CLogAccessor* FrameProcessor::logFor(const FrameStamp& stamp)
+{
+    if (stamp.hostTime - lastLogged < std::chrono::seconds(1) || !log.isWriting(textLog))
+        return nullptr;
+    lastLogged = stamp.hostTime;
+    return &log;
 }

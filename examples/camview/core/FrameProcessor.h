@@ -6,6 +6,7 @@
 #include "ToneProcessor.h"
 
 #include <AppComponents/frames/RingFrameBuffer.h>
+#include <AppComponents/log/CLogAccessor.h>
 
 /// What the stages of one frame took, in milliseconds.
 struct StageTimes {
@@ -30,6 +31,7 @@ struct ProcessedFrame {
     int toneTableSize; ///< 256, 1024 or 4096; toneTable is null for 1024
     int toneTableNumber;
     StageTimes times;
+    const CameraFrame* untouched = nullptr; ///< the raw samples, see LiveSession::keepRaw()
 };
 
 /// The road of one frame from the camera's samples to the finished picture.
@@ -47,8 +49,9 @@ public:
 
 private:
     FrameEx2& averaged(CameraFrame& frame);
-    void buildPicture(FrameEx2& raw, bool mosaic, StageTimes& times);
+    void buildPicture(FrameEx2& raw, bool mosaic, StageTimes& times, const CLogAccessor* timeLog);
     bool histogramsAreDue(const FrameStamp& stamp) const;
+    const CLogAccessor* logFor(const FrameStamp& stamp);
 
     ProcessingSettings settings;
     ToneProcessor engine;
@@ -56,4 +59,6 @@ private:
     FrameEx2 mean; ///< the ring's output, on which the pipeline then works
     Histograms histograms;
     std::chrono::nanoseconds lastHistogram{-1};
+    CLogAccessor log{L"camview"};
+    std::chrono::nanoseconds lastLogged{0};
 };

@@ -44,6 +44,7 @@ SessionCounters LiveSession::counters() const
     counters.processed = processed;
     counters.shown = shown;
     counters.dropped = dropped;
+    counters.recorded = recording.status().recorded;
     counters.camera = source->losses();
     return counters;
 }
@@ -52,6 +53,7 @@ void LiveSession::frameArrived(PooledFrame frame)
 {
     if (limitReached())
         return;
+    recording.offer(*frame, delivery == Delivery::EveryFrame);
     const PutResult result = slot.put(std::move(frame));
     if (result != PutResult::Refused)
         ++received;
@@ -77,9 +79,7 @@ void LiveSession::processFrames()
     try {
         while (const PooledFrame frame = slot.take()) {
             adoptSettings();
-            const ProcessedFrame result = processor.process(*frame);
-            ++processed;
-            observer.pictureReady(result);
+            processFrame(*frame);
             if (frameLimit > 0 && processed == frameLimit) {
                 slot.close();
                 observer.streamChanged(StreamEvent::Ended, QString());
@@ -90,6 +90,17 @@ void LiveSession::processFrames()
         slot.close();
         observer.streamChanged(StreamEvent::Failed, QString::fromUtf8(error.what()));
     }
+}
+
+void LiveSession::processFrame(CameraFrame& frame)
+{
+    const bool keep = rawWanted;
+    if (keep)
+        copyRaw(frame, rawCopy);
+    ProcessedFrame result = processor.process(frame);
+    result.untouched = keep ? &rawCopy : nullptr;
+    ++processed;
+    observer.pictureReady(result);
 }
 
 void LiveSession::adoptSettings()

@@ -3,6 +3,7 @@
 #include "Camera.h"
 #include "FrameProcessor.h"
 #include "FrameSlot.h"
+#include "Recorder.h"
 
 #include <atomic>
 #include <memory>
@@ -14,6 +15,7 @@ struct SessionCounters {
     std::uint64_t processed = 0; ///< became pictures
     std::uint64_t shown = 0;     ///< pictures that the user interface drew
     std::uint64_t dropped = 0;   ///< received, but a newer frame took their place
+    std::uint64_t recorded = 0;  ///< written by the recording that runs or ran last
     CameraLosses camera;         ///< exposed, but not received
 };
 
@@ -37,9 +39,15 @@ public:
     ~LiveSession() override;
 
     Camera& camera() { return *source; }
+    /// Records the raw frames as they come from the camera, whatever becomes of them here.
+    Recorder& recorder() { return recording; }
 
     /// Holds from the next frame on. Any thread may call it.
     void setProcessing(const ProcessingSettings& settings);
+
+    /// Makes the raw samples, as the camera sent them, part of the pictures from the next frame
+    /// on (ProcessedFrame::untouched), at the price of a copy. Any thread may call it.
+    void keepRaw(bool on) { rawWanted = on; }
 
     /// Starts both threads.
     /// \param limit the stream ends by itself after so many pictures; 0: never
@@ -55,11 +63,13 @@ private:
     void frameArrived(PooledFrame frame) override;
     void streamChanged(StreamEvent event, const QString& detail) override;
     void processFrames();
+    void processFrame(CameraFrame& frame);
     void adoptSettings();
     bool limitReached() const;
 
     const std::unique_ptr<Camera> source;
     SessionObserver& observer;
+    Recorder recording;
     FrameSlot slot;
     FrameProcessor processor;
     std::thread processing;
@@ -70,6 +80,9 @@ private:
 
     Delivery delivery = Delivery::NewestWins;
     std::uint64_t frameLimit = 0;
+
+    std::atomic<bool> rawWanted{false};
+    CameraFrame rawCopy;
 
     std::atomic<std::uint64_t> received{0};
     std::atomic<std::uint64_t> processed{0};

@@ -1,10 +1,6 @@
 #pragma once
 
-#if __has_include(<AppComponents/imgproc/ImgCorrectionSettings.h>)
 #include <AppComponents/imgproc/ImgCorrectionSettings.h>
-#else
-#include "CorrectionStandIn.h"
-#endif
 
 #include <chrono>
 
