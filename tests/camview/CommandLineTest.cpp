@@ -11,6 +11,12 @@ namespace
 class CommandLineTest : public testing::Test
 {
 protected:
+    static QByteArray bytesOf(const QString& fileName)
+    {
+        QFile file(fileName);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not there");
+    }
+
     QStringList pictures() const { return QDir(output).entryList(QDir::Files, QDir::Name); }
 
     QTemporaryDir folder;
@@ -21,6 +27,7 @@ TEST_F(CommandLineTest, WrongUseIsOneLineStatusTwoAndNothingWritten)
 {
     writeFile(folder.filePath("short.raw"), QByteArray(1000, 'x'));
     writeFile(folder.filePath("file"), "a file where a folder should be");
+    writeFile(folder.filePath("taken.dat"), "an older recording");
     const QString shortFile = "raw:" + folder.filePath("short.raw");
     const QStringList lines[] = {
         {"--nonsense"},
@@ -56,6 +63,13 @@ TEST_F(CommandLineTest, WrongUseIsOneLineStatusTwoAndNothingWritten)
         {"--source", shortFile + "?width=40&height=40&bits=8"},
         {"--source", shortFile + "?width=0&height=40&bits=8"},
         {"--source", shortFile + "?width=10&height=10&bits=8", "--frames", "11"},
+        {"--record", folder.filePath("nowhere/rec")},
+        {"--record", folder.filePath("taken.dat")},
+        {"--snapshot", folder.filePath("nowhere/shot.png")},
+        {"--settings", folder.filePath("file")},
+        {"--settings", folder.filePath("nowhere/settings.xml")},
+        {"--log-config", folder.filePath("file")},
+        {"--log-config", folder.filePath("nowhere.xml")},
         {"--output", folder.filePath("file")},
         {"--output", folder.filePath("file/below")},
     };
@@ -114,6 +128,69 @@ TEST_F(CommandLineTest, ProcessesAllThatAFileHoldsAndSaysSoInWords)
     EXPECT_EQ(outcome.status, 0);
     EXPECT_THAT(outcome.out.toStdString(), testing::HasSubstr("4 frames of 16 x 8"));
     EXPECT_THAT(outcome.out.toStdString(), testing::HasSubstr("frames per second"));
+}
+
+TEST_F(CommandLineTest, RecordsRawDataWhateverIsShownOfIt)
+{
+    const QString source = "sim?width=128&height=96&bits=12";
+    const QString plain = folder.filePath("plain");
+    const QString adorned = folder.filePath("adorned");
+    ASSERT_EQ(
+        runCamview({"--headless", "--source", source, "--frames", "4", "--record", plain}).status,
+        0);
+    const Outcome outcome = runCamview(
+        {"--headless", "--source", source, "--frames", "4", "--record", adorned, "--method", "0",
+         "--bits", "12", "--median", "--flip-h", "--average", "3", "--gamma", "0.5", "--json"});
+    ASSERT_EQ(outcome.status, 0) << outcome.err.toStdString();
+    EXPECT_EQ(outcome.json()["counters"].toObject()["recorded"].toInt(), 4);
+    EXPECT_EQ(bytesOf(plain + ".dat"), bytesOf(adorned + ".dat"));
+    EXPECT_EQ(bytesOf(plain + ".dat").size(), 4 * 128 * 96 * 2);
+    EXPECT_EQ(bytesOf(plain + ".dat.dim"), "0256x0096");
+    const Outcome played = runCamview(
+        {"--headless", "--source", "play:" + adorned + ".dat", "--json", "--output", output});
+    EXPECT_EQ(played.json()["frames"].toInt(), 4);
+    const Outcome shown = runCamview(
+        {"--headless", "--source", source, "--frames", "4", "--output", folder.filePath("direct")});
+    EXPECT_EQ(bytesOf(output + "/frame_000004.png"),
+              bytesOf(folder.filePath("direct/frame_000004.png")));
+}
+
+TEST_F(CommandLineTest, ASnapshotsRawFrameShowsTheSamePicture)
+{
+    const QString png = folder.filePath("shot.png");
+    const Outcome outcome =
+        runCamview({"--headless", "--source", "sim?width=128&height=96", "--frames", "2",
+                    "--mirror-h", "--median", "--snapshot", png, "--json"});
+    ASSERT_EQ(outcome.status, 0) << outcome.err.toStdString();
+    const QString raw = outcome.json()["snapshotSource"].toString();
+    ASSERT_EQ(runCamview({"--headless", "--source", raw, "--median", "--output", output}).status, 0)
+        << raw.toStdString();
+    EXPECT_EQ(QImage(output + "/frame_000001.png"), QImage(png));
+}
+
+TEST_F(CommandLineTest, SettingsAreReadOverruledAndWrittenBack)
+{
+    const QString file = folder.filePath("settings.xml");
+    const QStringList base{"--headless", "--source", "sim?width=64&height=48", "--settings", file};
+    ASSERT_EQ(runCamview(base + QStringList{"--gamma", "0.5", "--method", "4"}).status, 0);
+    EXPECT_TRUE(bytesOf(file).contains("<Gamma>0.5</Gamma>"));
+    ASSERT_EQ(runCamview(base + QStringList{"--contrast", "2"}).status, 0);
+    const QByteArray settings = bytesOf(file);
+    EXPECT_TRUE(settings.contains("<Gamma>0.5</Gamma>"));
+    EXPECT_TRUE(settings.contains("<Contrast>2</Contrast>"));
+    EXPECT_TRUE(settings.contains("<ColorReconstructionMethod>4</ColorReconstructionMethod>"));
+}
+
+TEST_F(CommandLineTest, LogsStageTimesWhereTheConfigurationSaysSo)
+{
+    writeFile(folder.filePath("log.xml"),
+              "<Settings><Logs><CFileTextLog FileName=\"times.txt\"><Register value=\"camview\"/>"
+              "</CFileTextLog></Logs></Settings>");
+    ASSERT_EQ(runCamview({"--headless", "--source", "sim?width=64&height=48", "--log-config",
+                          folder.filePath("log.xml")})
+                  .status,
+              0);
+    EXPECT_TRUE(bytesOf(folder.filePath("times.txt")).contains("process "));
 }
 
 TEST_F(CommandLineTest, EndsWhenTheTimeIsUp)

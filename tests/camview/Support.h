@@ -63,6 +63,12 @@ public:
         });
     }
 
+    std::size_t count()
+    {
+        const std::lock_guard lock(mutex);
+        return pictures.size();
+    }
+
     std::vector<Picture> pictures;
     std::vector<StreamEvent> events;
     std::vector<QString> details;

@@ -2,6 +2,7 @@
 
 #include "Options.h"
 #include "core/LiveSession.h"
+#include "core/Snapshot.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -22,9 +23,14 @@ private:
     void streamChanged(StreamEvent event, const QString& detail) override;
 
     void prepare();
+    void startRecording();
+    void stream();
+    bool isLive() const;
+    bool recordsLive() const;
     void waitForEnd();
     void finish(const QString& problem);
-    void makeOutputFolder() const;
+    void complain(const QString& what, const QString& problem);
+    void makeOutputFolder();
     void printSummary(const SessionCounters& counters) const;
 
     const Options options;
@@ -36,6 +42,7 @@ private:
     bool finished = false;
     QString failure;
 
+    Snapshot snapshot;
     std::uint64_t pictures = 0;
     int pictureWidth = 0;
     int pictureHeight = 0;

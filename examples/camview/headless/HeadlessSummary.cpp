@@ -23,6 +23,7 @@ QJsonObject countersAsJson(const SessionCounters& counters)
             {"processed", double(counters.processed)},
             {"shown", double(counters.shown)},
             {"dropped", double(counters.dropped)},
+            {"recorded", double(counters.recorded)},
             {"lost", double(counters.camera.lost)},
             {"incomplete", double(counters.camera.incomplete)}};
 }
@@ -67,6 +68,8 @@ void HeadlessRun::printSummary(const SessionCounters& counters) const
                                   {"processingFramesPerSecond", perSecond(pictures, sum.total())},
                                   {"stageMilliseconds", timesAsJson(sum, pictures)},
                                   {"counters", countersAsJson(counters)},
+                                  {"recording", session->recorder().status().baseName},
+                                  {"snapshotSource", snapshot.rawSource(options.snapshotName)},
                                   {"failure", failure}};
         out << QJsonDocument(summary).toJson(QJsonDocument::Compact) << '\n';
         return;
@@ -78,10 +81,11 @@ void HeadlessRun::printSummary(const SessionCounters& counters) const
                .arg(pictureHeight)
                .arg(streamMs / 1000, 0, 'f', 3)
                .arg(perSecond(pictures, streamMs), 0, 'f', 1);
-    out << QString("received %1, processed %2, dropped %3, lost %4, incomplete %5\n")
+    out << QString("received %1, processed %2, dropped %3, recorded %4, lost %5, incomplete %6\n")
                .arg(counters.received)
                .arg(counters.processed)
                .arg(counters.dropped)
+               .arg(counters.recorded)
                .arg(counters.camera.lost)
                .arg(counters.camera.incomplete);
     out << "time per frame\n";

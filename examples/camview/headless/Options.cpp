@@ -1,8 +1,11 @@
 #include "Options.h"
 
 #include "cameras/CameraFactory.h"
+#include "core/RecordingFiles.h"
+#include "core/SettingsFile.h"
 
 #include <AppComponents/frames/RingFrameBuffer.h>
+#include <AppComponents/imgproc/ImgCorrectionLimits.h>
 #include <AppComponents/imgproc/ProcessingFlags.h>
 
 #include <QCommandLineParser>
@@ -26,6 +29,10 @@ constexpr OptionText optionTexts[] = {
     {"frames", "N", "Stop after N pictures; 10, or all that a file holds."},
     {"duration", "S", "Stop after S seconds."},
     {"output", "DIR", "Write each picture into this folder as PNG."},
+    {"record", "FILE", "Record the raw frames into FILE.dat and its companions."},
+    {"snapshot", "FILE", "Write the last picture as PNG, and its raw frame beside it."},
+    {"settings", "FILE", "Read the image settings from FILE, and write the new ones there."},
+    {"log-config", "FILE", "Set up logging from FILE instead of the user's file."},
     {"json", nullptr, "Print the summary as one JSON object."},
     {"region", "X,Y,W,H", "Part of the sensor to read out."},
     {"decimation", "N", "Read out every N-th sample, of a mosaic every N-th cell."},
@@ -206,11 +213,22 @@ void readColour(const Arguments& arguments, ImgCorrectionSettings& correction)
     correction.colorCorrectionLightness = values[5];
 }
 
+// A file that is not there yet is written when the run ends.
+void readSettingsFile(const QString& fileName, ImgCorrectionSettings& correction)
+{
+    if (!QFile::exists(fileName))
+        return;
+    if (!isSettingsFile(fileName) || !ImgCorrectionSettings::readSettings(fileName, correction))
+        throw UsageError(QString("%1: not a settings file, or damaged").arg(fileName));
+}
+
 ProcessingSettings processingFrom(const Arguments& arguments)
 {
     ProcessingSettings settings;
     ImgCorrectionSettings& correction = settings.correction;
     correction.colorReconstructionMethod = 2;
+    if (arguments.has("settings"))
+        readSettingsFile(arguments.nonEmpty("settings"), correction);
     if (arguments.has("method"))
         correction.colorReconstructionMethod = int(arguments.integer("method", 0, 8));
     readTone(arguments, correction);
@@ -259,6 +277,14 @@ Options parseOptions(const QStringList& list)
         options.durationS = arguments.number("duration", 0.01, 1e6);
     if (arguments.has("output"))
         options.outputFolder = arguments.nonEmpty("output");
+    if (arguments.has("record"))
+        options.recordName = recordingBaseOf(arguments.nonEmpty("record"));
+    if (arguments.has("snapshot"))
+        options.snapshotName = arguments.nonEmpty("snapshot");
+    if (arguments.has("log-config"))
+        options.logConfigFile = arguments.nonEmpty("log-config");
+    if (arguments.has("settings"))
+        options.settingsFile = arguments.nonEmpty("settings");
     options.camera = cameraFrom(arguments);
     options.processing = processingFrom(arguments);
     return options;

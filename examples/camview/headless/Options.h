@@ -42,6 +42,10 @@ struct Options {
     std::optional<std::uint64_t> frames;
     std::optional<double> durationS;
     QString outputFolder;
+    QString recordName;   ///< base name of a recording, or empty
+    QString snapshotName; ///< PNG file of the last picture, or empty
+    QString logConfigFile;
+    QString settingsFile;
     bool json = false;
     CameraWishes camera;
     ProcessingSettings processing;
