@@ -1,9 +1,11 @@
 #include <AppComponents/analysis/HistogramBox.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <cstdlib>
 #include <new>
+#include <ostream>
 #include <vector>
 
 #include <QCheckBox>
@@ -137,6 +139,11 @@ struct BoxCase {
     int size;
     bool isLogarithmic;
 };
+
+void PrintTo(const BoxCase& row, std::ostream* out)
+{
+    *out << row.name;
+}
 
 class HistogramPicture : public HistogramBoxTest, public testing::WithParamInterface<BoxCase>
 {

@@ -1,6 +1,7 @@
 #include <AppComponents/analysis/LUTPlot.h>
 
 #include <algorithm>
+#include <ostream>
 #include <vector>
 
 #include <QImage>
@@ -59,6 +60,11 @@ struct PlotCase {
     Table table;
     QSize size;
 };
+
+void PrintTo(const PlotCase& row, std::ostream* out)
+{
+    *out << row.name;
+}
 
 class LUTPlotPicture : public testing::TestWithParam<PlotCase>
 {

@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <cmath>
+#include <ostream>
 #include <stdexcept>
 
 #include <QComboBox>
@@ -25,6 +26,11 @@ struct ScalerCase {
     double modelValue;
     int uiValue;
 };
+
+void PrintTo(const ScalerCase& row, std::ostream* out)
+{
+    *out << row.name;
+}
 
 class LinearScalerPosition : public testing::TestWithParam<ScalerCase>
 {
