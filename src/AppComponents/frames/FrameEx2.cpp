@@ -233,7 +233,9 @@ void FrameEx2::colorToMono1()
 {
     if (params.bitsPerPixel == 8 || rawBitDepth > 8)
         return;
-    keepFirstOfThree(buffer, std::min(1LL * imgWidth * imgHeight, 1LL * (buffSize / 3)));
+    const long long pixels = std::min(1LL * imgWidth * imgHeight, 1LL * (buffSize / 3));
+    if (pixels > 0)
+        keepFirstOfThree(buffer, static_cast<std::size_t>(pixels));
     params.bitsPerPixel = 8;
 }
 

@@ -170,7 +170,7 @@ void ImgProcessor::apply_LUT10_8(unsigned short* src, int count, unsigned char* 
         ++lutNumber;
         lutDirty = false;
     }
-    mapThroughTable16(src, count, lut10, dst);
+    mapThroughTable10(src, count, lut10, dst);
 }
 
 void ImgProcessor::apply_LUT12_8(unsigned short* src, int count, unsigned char* dst)
@@ -180,21 +180,21 @@ void ImgProcessor::apply_LUT12_8(unsigned short* src, int count, unsigned char* 
         ++lutNumber;
         lutDirty = false;
     }
-    mapThroughTable16(src, count, lut12, dst);
+    mapThroughTable12(src, count, lut12, dst);
 }
 
 void ImgProcessor::apply_best_LUT10_8(unsigned short* src, int count, unsigned char* dst)
 {
     histogram10(src, count, hist10);
     best_lookup_table10to8(hist10, lut10);
-    mapThroughTable16(src, count, lut10, dst);
+    mapThroughTable10(src, count, lut10, dst);
 }
 
 void ImgProcessor::apply_best_LUT12_8(unsigned short* src, int count, unsigned char* dst)
 {
     histogram12(src, count, hist12);
     best_lookup_table12to8(hist12, lut12);
-    mapThroughTable16(src, count, lut12, dst);
+    mapThroughTable12(src, count, lut12, dst);
 }
 
 void ImgProcessor::apply_LUT8(unsigned char* src, int count, unsigned char* const lut, void* dst)

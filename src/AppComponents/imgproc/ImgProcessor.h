@@ -26,7 +26,7 @@ public:
     virtual ~ImgProcessor();
 
     /// Maps \p count samples through the table for their depth, rebuilding it first when it is
-    /// stale. Samples are used as indices as they are: below 256, 1024 and 4096.
+    /// stale. Of a sample outside its table (256, 1024, 4096 entries) the low bits count.
     virtual void apply_LUT8(unsigned char* src, int count, unsigned char* dst);
     virtual void apply_LUT10_8(unsigned short* src, int count, unsigned char* dst);
     virtual void apply_LUT12_8(unsigned short* src, int count, unsigned char* dst);

@@ -13,4 +13,4 @@ struct MosaicRow {
 /// that of left and right; at a green site the row's colour is the mean of left and right, the
 /// other one that of above and below. All means are truncated.
 /// \param row a row of the mosaic that has another one above and below, \p cols bytes each.
-void lumaRow(MosaicRow kind, const unsigned char* row, std::size_t cols, unsigned char* dst);
+void lumaRow(MosaicRow kind, const unsigned char* row, std::ptrdiff_t cols, unsigned char* dst);

@@ -187,8 +187,8 @@ void convert(const Variant& variant, const Mosaic& mosaic, unsigned char* dst)
         const std::ptrdiff_t row = y * cols;
         dst[row] = variant.firstColumn(mosaic, row, y);
         dst[row + cols - 1] = variant.lastColumn(mosaic, row + cols - 1, y);
-        lumaRow(y % 2 == 0 ? variant.evenRows : variant.oddRows, mosaic.samples + row,
-                static_cast<std::size_t>(cols), dst + row);
+        lumaRow(y % 2 == 0 ? variant.evenRows : variant.oddRows, mosaic.samples + row, cols,
+                dst + row);
     }
 }
 

@@ -2,7 +2,7 @@
 
 /// \file
 /// Kernels that turn samples into bytes one by one: table look-ups and shifts. A count that is
-/// not positive writes nothing; the destination may be the source.
+/// not positive writes nothing; the destination may begin where the source does.
 
 #include <cstddef>
 
@@ -10,8 +10,11 @@
 void mapThroughTable8(const unsigned char* src, std::ptrdiff_t count, const unsigned char* table,
                       unsigned char* dst);
 
-/// The same for 16-bit samples, each of which the table must cover.
-void mapThroughTable16(const unsigned short* src, std::ptrdiff_t count, const unsigned char* table,
+/// dst[i] = table[src[i]] with a table of 1024 or 4096 bytes; bits of a sample that the table
+/// does not cover are ignored, so that no sample reads outside it.
+void mapThroughTable10(const unsigned short* src, std::ptrdiff_t count, const unsigned char* table,
+                       unsigned char* dst);
+void mapThroughTable12(const unsigned short* src, std::ptrdiff_t count, const unsigned char* table,
                        unsigned char* dst);
 
 /// dst[i] = low 8 bits of src[i] >> shift; \p src holds 16-bit samples at any address.
