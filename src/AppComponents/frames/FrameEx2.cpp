@@ -12,7 +12,7 @@
 static_assert(offsetof(_FrameParams, mirrorV) == 24 && sizeof(_FrameParams) == 26,
               "the parameter block holds its fields and nothing else");
 static_assert(sizeof(FrameEx2) == 2 * sizeof(void*) + sizeof(_FrameParams) + 72 + 1 + 4 * 4 + 32 +
-                                      4 + 4 + 1 + sizeof(void*) + sizeof(std::atomic<int>),
+                                      4 + 4 + 1 + sizeof(void*) + sizeof(std::int32_t),
               "the frame record is packed");
 
 QVector<unsigned int> FrameEx2::standardColorTable;
@@ -77,7 +77,7 @@ FrameEx2& FrameEx2::operator=(const FrameEx2& other)
     if (other.leadsTo(this))
         return *this;
     if (other.processed)
-        other.processed->holders.fetch_add(1, std::memory_order_relaxed);
+        __atomic_fetch_add(&other.processed->holders, 1, __ATOMIC_RELAXED);
     // The old chain goes last: the other record may be a part of it.
     FrameEx2* const old = processed;
     processed = other.processed;
@@ -212,7 +212,7 @@ bool FrameEx2::leadsTo(const FrameEx2* frame) const
 // A loop rather than a recursion, so that no chain is too long to be released.
 void FrameEx2::release(FrameEx2* frame)
 {
-    while (frame && frame->holders.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    while (frame && __atomic_fetch_sub(&frame->holders, 1, __ATOMIC_ACQ_REL) == 1) {
         FrameEx2* const next = frame->processed;
         frame->processed = nullptr;
         delete frame;

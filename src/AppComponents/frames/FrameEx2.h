@@ -7,17 +7,14 @@
 #include <QSharedPointer>
 #include <QVector>
 
-#include <atomic>
 #include <cstdint>
-
-#pragma pack(push, 1)
 
 /// Geometry and pixel format of a frame. Byte-packed: 26 bytes without padding.
 ///
 /// The mirror flags also fix the phase of the Bayer mosaic in the raw data: unmirrored data
 /// begins with the 2x2 cell G B / R G, `mirrorH` alone gives B G / G R, `mirrorV` alone
 /// R G / G B, both give G R / B G.
-struct _FrameParams {
+struct __attribute__((packed)) _FrameParams {
     std::int32_t posX = 0;   ///< first column of the frame's area, in sensor pixels
     std::int32_t posY = 0;   ///< first row of the frame's area, in sensor pixels
     std::int32_t width = 0;  ///< width of the area, in sensor pixels (before decimation)
@@ -34,9 +31,6 @@ struct _FrameParams {
 /// The name of _FrameParams in the signatures of signals and slots.
 typedef _FrameParams TFrameParams;
 
-// Exported here, because a definition cannot bear both an alignment and the export macro.
-struct APPCOMPONENTS_EXPORT FrameEx2;
-
 /// The record in which a camera picture travels: geometry, pixel data and the chain of frames
 /// derived from it by processing.
 ///
@@ -46,7 +40,7 @@ struct APPCOMPONENTS_EXPORT FrameEx2;
 /// over a frame by hand, create it with new and store it in one record only.
 ///
 /// Not synchronised: one thread at a time per chain.
-struct alignas(8) FrameEx2 {
+struct APPCOMPONENTS_EXPORT __attribute__((packed, aligned(8))) FrameEx2 {
     /// An empty frame without a buffer.
     FrameEx2();
 
@@ -151,10 +145,9 @@ private:
     static void release(FrameEx2* frame);
 
     // The number of records whose `processed` shows this frame; whoever creates a frame for a
-    // chain is the first. Atomic, because copies of one record may end on different threads.
-    std::atomic<int> holders{1};
+    // chain is the first. Changed atomically, because copies of one record may end on different
+    // threads; no std::atomic, because only plain fields can be packed.
+    alignas(4) std::int32_t holders = 1;
 };
-
-#pragma pack(pop)
 
 Q_DECLARE_METATYPE(_FrameParams)
