@@ -74,6 +74,7 @@ public:
 class DelayedLog : public testing::Test
 {
 protected:
+    DelayedLog() { drained(); }
     ~DelayedLog() override { log.resetPorcesor(nullptr); }
 
     std::wstring drained()

@@ -1,13 +1,13 @@
 #include <AppComponents/log/LogConfig.h>
 
 #include <AppComponents/calc/FileOpenError.h>
-#include <AppComponents/log/BoundedXml.h>
 #include <AppComponents/log/CConsoleTextLog.h>
 #include <AppComponents/log/CDelayedProcessorTextLog.h>
 #include <AppComponents/log/CDelayedValueSequenceLog.h>
 #include <AppComponents/log/CFileTextLog.h>
 #include <AppComponents/log/CFolderOfTextLog.h>
 #include <AppComponents/log/CLogManager.h>
+#include <AppComponents/log/LogsElement.h>
 #include <AppComponents/log/QDebugTextLog.h>
 
 #include <QDir>
@@ -16,115 +16,16 @@
 #include <QFileInfo>
 #include <QTextStream>
 #include <QVariant>
-#include <QXmlStreamReader>
 
 #include <memory>
-#include <stdexcept>
 #include <vector>
 
 namespace
 {
 
-struct LogElement {
-    QString tag;
-    QXmlStreamAttributes attributes;
-    std::vector<std::wstring> names; // of its "Register" children
-};
-
-struct LogsElement {
-    QString managerLogFile;
-    std::vector<LogElement> logs;
-};
-
-// Finds the "Logs" element of a document; reads the whole document, for its faults.
-class LogsReader
-{
-public:
-    explicit LogsReader(const QString& text)
-        : reader(text)
-    {
-        reader.setNamespaceProcessing(false);
-        reader.setEntityExpansionLimit(maxXmlExpansion);
-    }
-
-    bool read() // whether the document is XML
-    {
-        while (!reader.atEnd()) {
-            reader.readNext();
-            if (reader.isStartElement())
-                enterElement();
-            else if (reader.isEndElement())
-                leaveElement();
-        }
-        return !reader.hasError();
-    }
-
-    int logsCount = 0;
-    LogsElement logs; // if there is exactly one
-
-private:
-    void enterElement()
-    {
-        if (++depth > maxXmlDepth)
-            reader.raiseError(QStringLiteral("nested too deeply"));
-        const QString tag = reader.qualifiedName().toString();
-        if (logsDepth > 0)
-            enterInsideLogs(tag);
-        if (depth > 1 && tag == QLatin1String("Logs"))
-            enterLogs();
-    }
-
-    void enterLogs()
-    {
-        if (++logsCount > 1)
-            return;
-        logsDepth = depth;
-        logs.managerLogFile = reader.attributes().value(QLatin1String("ManagerLogFile")).toString();
-    }
-
-    void enterInsideLogs(const QString& tag)
-    {
-        if (depth == logsDepth + 1)
-            logs.logs.push_back({tag, reader.attributes(), {}});
-        else if (depth == logsDepth + 2 && tag == QLatin1String("Register"))
-            logs.logs.back().names.push_back(
-                reader.attributes().value(QLatin1String("value")).toString().toStdWString());
-    }
-
-    void leaveElement()
-    {
-        if (depth-- == logsDepth)
-            logsDepth = 0;
-    }
-
-    QXmlStreamReader reader;
-    int depth = 0;
-    int logsDepth = 0; // where the "Logs" element stands that is being read
-};
-
 std::wostream& managerLog()
 {
     return CLogManager::getManagerLog();
-}
-
-[[noreturn]] void fail(const char* message, const QString& fileName)
-{
-    throw std::runtime_error(QString::fromLatin1(message).arg(fileName).toStdString());
-}
-
-LogsElement readLogsElement(const QString& fileName)
-{
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        throw FileOpenError(fileName, file.errorString());
-    LogsReader reader(readBoundedXml(file));
-    if (!reader.read())
-        fail("Invalid file format. Can't read XML in file '%0'", fileName);
-    if (reader.logsCount == 0)
-        fail("Node 'Logs' not found in the document. File: '%0'", fileName);
-    if (reader.logsCount > 1)
-        fail("Only one node 'Logs' is allowed in the document. File: '%0'", fileName);
-    return std::move(reader.logs);
 }
 
 bool ensureFolderExists(const QString& path)
@@ -263,7 +164,11 @@ QDomDocument defaultDocument(const QString& fileName, const QString& build)
 
 void LogConfig::LoadFromFile(const QString& fileName)
 {
-    const LogsElement logs = readLogsElement(fileName);
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        throw FileOpenError(fileName, file.errorString());
+    const LogsElement logs = readLogsElement(file, fileName);
+    file.close();
     if (!logs.managerLogFile.isEmpty())
         CLogManager::getInstance().setManagerLogFileName(logs.managerLogFile.toStdString());
     managerLog() << L"---Start parsing log settings" << std::endl;
