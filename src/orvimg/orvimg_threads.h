@@ -11,9 +11,9 @@ extern "C" {
 #endif
 
 /// Lets each further call of debayer24(), the white-balance functions, color_correction24() and
-/// the median filters share the rows of its picture among \p threads threads (1 when less; never
-/// more than the machine has). The start value is 1: processing then stays on the caller's
-/// thread. Results do not depend on it. May be called from any thread at any time.
+/// the median filters share the rows of its picture among \p threads threads, limited to 1 ... 256.
+/// The start value is 1: processing then stays on the caller's thread. Results do not depend on it.
+/// May be called from any thread at any time.
 ORVIMG_EXPORT void orvimg_set_threads(int threads);
 
 #ifdef __cplusplus

@@ -11,13 +11,14 @@
 namespace
 {
 
+constexpr int maximumThreads = 256;
 std::atomic<int> threadCount{1};
 
 } // namespace
 
 void orvimg_set_threads(int threads)
 {
-    threadCount = std::clamp(threads, 1, oneapi::tbb::this_task_arena::max_concurrency());
+    threadCount = std::clamp(threads, 1, maximumThreads);
 }
 
 namespace orvimg
