@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <thread>
 
 namespace
@@ -116,6 +117,11 @@ struct MoveCase {
     int x;
     int y;
 };
+
+void PrintTo(const MoveCase& c, std::ostream* stream)
+{
+    *stream << (c.mirrorH ? "mirrorH " : "") << (c.mirrorV ? "mirrorV" : "");
+}
 
 class LiveViewMove : public LiveViewTest, public testing::WithParamInterface<MoveCase>
 {

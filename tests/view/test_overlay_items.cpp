@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <ostream>
 
 namespace
 {
@@ -62,6 +63,11 @@ struct LabelCase {
     const char* text;
     double rotation;
 };
+
+void PrintTo(const LabelCase& c, std::ostream* stream)
+{
+    *stream << c.name;
+}
 
 class RullerLabel : public testing::TestWithParam<LabelCase>
 {
