@@ -142,9 +142,9 @@ TEST_F(DoubleSliderViewTest, HeldHandleIsCommittedTwiceByTheTimerOnlyWhenItMoved
     const QList<QVariant> committed{view->getModelValue()};
     releaseHandle(*view);
     EXPECT_EQ(emissions(), (Emissions{committed, committed}));
-    QTest::keyClick(view, Qt::Key_Home);
+    view->setSliderPosition(50);
     QTest::qWait(30);
-    EXPECT_EQ(emissions(), (Emissions{{0.0}})) << "the release has stopped the timer";
+    EXPECT_EQ(emissions(), Emissions()) << "the release has stopped the timer";
 }
 
 TEST_F(DoubleSliderViewTest, SettersAreSilentAndKeepTheBlockedState)
