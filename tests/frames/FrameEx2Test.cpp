@@ -212,6 +212,24 @@ TEST(FrameEx2, ImageHoldsThePackedBytes)
     EXPECT_TRUE(FrameEx2().getImage()->isNull());
 }
 
+TEST(FrameEx2, ImagesKeepTheirBytesWhateverBecomesOfOthers)
+{
+    FrameEx2 frame(geometry(64, 3, 24), 8);
+    QVector<QSharedPointer<QImage>> held;
+    for (int n = 0; n < 20; ++n) {
+        std::memset(frame.getImageBuffer(), n, 64 * 3 * 3);
+        QImage changed = *frame.getImage(); // its memory goes round with the picture
+        changed.fill(Qt::white);
+        held.append(frame.getImage());
+        if (n % 3 == 2)
+            held.removeFirst();
+        for (const QSharedPointer<QImage>& image : held)
+            EXPECT_EQ(image->pixel(63, 2), image->pixel(0, 0));
+    }
+    EXPECT_EQ(held.front()->pixel(5, 1), qRgb(6, 6, 6));
+    EXPECT_EQ(held.back()->pixel(5, 1), qRgb(19, 19, 19));
+}
+
 TEST(FrameEx2, BusyFrameCannotBeTakenAgain)
 {
     FrameEx2 frame;

@@ -114,7 +114,8 @@ void capture(FrameEx2& frame, unsigned seed)
 
 TEST(Stream, AllocatesNothingAfterItsFirstFrame)
 {
-    const int everything = CS_APPLY_LUT | CS_AUTO_WHITE_BALANCE | CS_COLOR_CORRECTION;
+    const int everything =
+        CS_APPLY_LUT | CS_AUTO_WHITE_BALANCE | CS_COLOR_CORRECTION | CS_MEDIAN_FILTER;
     for (const int depth : {8, 10, 12})
         for (const int flags : {0, everything, everything & ~CS_APPLY_LUT})
             for (int method = 0; method <= 8; ++method) {

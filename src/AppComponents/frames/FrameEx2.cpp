@@ -1,5 +1,6 @@
 #include <AppComponents/frames/FrameEx2.h>
 
+#include <AppComponents/frames/ImageMemory.h>
 #include <AppComponents/frames/PictureFlip.h>
 
 #include <algorithm>
@@ -242,8 +243,8 @@ void FrameEx2::colorToMono1()
 QSharedPointer<QImage> FrameEx2::getImage()
 {
     const bool grey = params.bitsPerPixel == 8;
-    const QSharedPointer<QImage> image(
-        new QImage(imgWidth, imgHeight, grey ? QImage::Format_Indexed8 : QImage::Format_RGB888));
+    const QSharedPointer<QImage> image(new QImage(imageFromPool(
+        imgWidth, imgHeight, grey ? QImage::Format_Indexed8 : QImage::Format_RGB888)));
     if (unsigned char* const bits = image->bits()) {
         const long long pictureBytes = 1LL * imgWidth * imgHeight * (grey ? 1 : 3);
         const std::size_t bytes =

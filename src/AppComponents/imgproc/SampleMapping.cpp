@@ -78,15 +78,18 @@ std::ptrdiff_t map8(const unsigned char* src, std::ptrdiff_t count, const unsign
 }
 
 // The whole table passes through the permute unit, 128 entries at a time; each sample keeps what
-// it finds in its own part. Several vectors share each load of a part.
+// it finds in its own part. Several vectors share each load of a part. The permute unit is the
+// limit, so the load units look up eight more samples beside each part.
 template <int parts>
 std::ptrdiff_t map16(const unsigned short* src, std::ptrdiff_t count, const unsigned char* table,
                      unsigned char* dst)
 {
     constexpr int vectors = 6;
+    constexpr std::ptrdiff_t permuted = 64 * vectors;
+    constexpr std::ptrdiff_t block = permuted + 8 * parts;
     const __m512i partMask = _mm512_set1_epi8(parts - 1);
     std::ptrdiff_t i = 0;
-    for (; i + 64 * vectors <= count; i += 64 * vectors) {
+    for (; i + block <= count; i += block) {
         __m512i value[vectors]; // the place within a part, until its entry takes it over
         __m512i part[vectors];
         for (int v = 0; v < vectors; ++v) {
@@ -104,6 +107,9 @@ std::ptrdiff_t map16(const unsigned short* src, std::ptrdiff_t count, const unsi
                 const __mmask64 isHere = _mm512_cmpeq_epi8_mask(part[v], current);
                 value[v] = _mm512_mask2_permutex2var_epi8(low, value[v], isHere, high);
             }
+            const std::ptrdiff_t beside = i + permuted + 8 * p;
+            for (int k = 0; k < 8; ++k)
+                dst[beside + k] = table[src[beside + k] & (128 * parts - 1)];
         }
         for (int v = 0; v < vectors; ++v)
             _mm512_storeu_si512(dst + i + 64 * v, value[v]);
