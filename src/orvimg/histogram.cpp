@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include <hwy/base.h>
+
 namespace
 {
 
@@ -31,19 +33,19 @@ void count(const unsigned short* samples, std::size_t count, int* histogram)
 {
     // Neighbours often share a level. Counted into two arrays in turn, an increment need not wait
     // for the store of the one before it.
-    std::array<int, levels> others{};
+    alignas(64) std::array<int, levels> others{};
     std::size_t i = 0;
     for (; i + samplesPerWord <= count; i += samplesPerWord) {
         std::uint64_t word = 0;
         std::memcpy(&word, samples + i, sizeof word);
-        if ((word & bitsAbove(levels)) != 0) {
+        if (HWY_LIKELY((word & bitsAbove(levels)) == 0)) {
+            ++histogram[word & 0xFFFF];
+            ++others[(word >> 16) & 0xFFFF];
+            ++histogram[(word >> 32) & 0xFFFF];
+            ++others[word >> 48];
+        } else {
             countChecked<levels>(samples + i, samplesPerWord, histogram);
-            continue;
         }
-        ++histogram[word & 0xFFFF];
-        ++others[(word >> 16) & 0xFFFF];
-        ++histogram[(word >> 32) & 0xFFFF];
-        ++others[word >> 48];
     }
     countChecked<levels>(samples + i, count - i, histogram);
     for (std::size_t level = 0; level < levels; ++level)
