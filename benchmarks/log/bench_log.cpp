@@ -25,11 +25,11 @@ namespace
 {
 
 // One message as a component of a camera application writes it.
-constexpr double stageTime = 12.25;
+constexpr int stageTime = 12;
 
 void writeMessage(const CLogAccessor& accessor, int frame)
 {
-    accessor(InfoLogType) << L"frame " << frame << L" debayered in " << stageTime << L" ms"
+    accessor(InfoLogType) << L"frame " << frame << L" debayered in " << stageTime << L"ms"
                           << std::endl;
 }
 
@@ -112,7 +112,7 @@ void peerFileLog(benchmark::State& state, const char* pattern)
     logger->flush_on(spdlog::level::info);
     int frame = 0;
     for (auto _ : state)
-        logger->info("frame {} debayered in {} ms", ++frame, stageTime);
+        logger->info("frame {} debayered in {}ms", ++frame, stageTime);
     state.SetItemsProcessed(state.iterations());
     spdlog::drop("peer");
 }

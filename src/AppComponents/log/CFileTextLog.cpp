@@ -1,14 +1,14 @@
 #include <AppComponents/log/CFileTextLog.h>
 
-#include <AppComponents/log/Utf8Locale.h>
+#include <AppComponents/log/Utf8File.h>
 
+#include <cstddef>
 #include <utility>
 
 CFileTextLog::CFileTextLog(std::string name)
     : fileName(std::move(name))
+    , file(std::make_unique<Utf8File>(fileName))
 {
-    stream.imbue(utf8Locale());
-    stream.open(fileName, std::ios_base::out | std::ios_base::trunc | std::ios_base::binary);
 }
 
 CFileTextLog::~CFileTextLog() = default;
@@ -20,6 +20,6 @@ std::string CFileTextLog::getFileName() const
 
 void CFileTextLog::writeInternal(const wchar_t* text, int length)
 {
-    stream.write(text, length);
-    stream.flush();
+    file->append(text, static_cast<std::size_t>(length));
+    file->flush();
 }

@@ -2,15 +2,17 @@
 
 #include <AppComponents/log/CTextLog.h>
 
-#include <fstream>
+#include <memory>
 #include <string>
+
+class Utf8File;
 
 /// Writes to one file, as UTF-8, and flushes after every chunk, so that the file is complete
 /// should the program crash.
 ///
 /// The file is truncated by the constructor and stays open until destruction. A file that cannot
-/// be opened is not reported; the log then drops what it is handed, as it does
-/// after a write that failed.
+/// be opened is not reported; the log then drops what it is handed. So does a
+/// chunk that cannot be written, while the disk is full, say.
 class APPCOMPONENTS_EXPORT CFileTextLog : public CTextLog
 {
 public:
@@ -28,5 +30,5 @@ protected:
 
 private:
     std::string fileName;
-    std::wofstream stream;
+    std::unique_ptr<Utf8File> file;
 };

@@ -1,6 +1,6 @@
 #include <AppComponents/log/CFolderOfTextLog.h>
 
-#include <AppComponents/log/Utf8Locale.h>
+#include <AppComponents/log/Utf8File.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -77,9 +77,12 @@ CFolderOfTextLog::CFolderOfTextLog(std::string folderPath)
         folderPath += '/';
     removeOldFiles(folderPath);
     filePath = folderPath + newFileName();
-    stream.imbue(utf8Locale());
-    stream.open(filePath, std::ios_base::out | std::ios_base::trunc);
+    file = std::make_unique<Utf8File>(filePath);
 }
+
+CFolderOfTextLog::CFolderOfTextLog(CFolderOfTextLog&& other) noexcept = default;
+
+CFolderOfTextLog& CFolderOfTextLog::operator=(CFolderOfTextLog&& other) noexcept = default;
 
 CFolderOfTextLog::~CFolderOfTextLog() = default;
 
@@ -93,7 +96,9 @@ void CFolderOfTextLog::writeInternal(const wchar_t* text, int length)
     const std::tm now = localTime();
     wchar_t stamp[80];
     const std::size_t stampLength = std::wcsftime(stamp, std::size(stamp), L"%Y-%m-%d %X ", &now);
-    stream.write(stamp, static_cast<std::streamsize>(stampLength));
-    stream.write(text, length);
-    stream.flush();
+    if (!file) // moved from
+        return;
+    file->append(stamp, stampLength);
+    file->append(text, static_cast<std::size_t>(length));
+    file->flush();
 }

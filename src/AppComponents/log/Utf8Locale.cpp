@@ -1,11 +1,12 @@
 #include <AppComponents/log/Utf8Locale.h>
 
+#include <AppComponents/log/Utf8Encoding.h>
+
+#include <algorithm>
 #include <codecvt>
 
 namespace
 {
-
-constexpr char32_t replacementCharacter = 0xFFFD;
 
 class Utf8Codecvt final : public std::codecvt_utf8<wchar_t>
 {
@@ -14,50 +15,23 @@ protected:
                   const wchar_t*& fromNext, char* to, char* toEnd, char*& toNext) const override;
 };
 
-char32_t scalarValue(wchar_t character)
-{
-    const auto code = static_cast<char32_t>(character);
-    const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
-    return isSurrogate || code > 0x10FFFF ? replacementCharacter : code;
-}
-
-int encodedLength(char32_t code)
-{
-    if (code < 0x80)
-        return 1;
-    if (code < 0x800)
-        return 2;
-    return code < 0x10000 ? 3 : 4;
-}
-
-void encode(char32_t code, int length, char* to)
-{
-    constexpr unsigned char leadBytes[] = {0, 0x00, 0xC0, 0xE0, 0xF0};
-    for (int i = length - 1; i > 0; --i) {
-        to[i] = static_cast<char>(0x80 | (code & 0x3F));
-        code >>= 6;
-    }
-    to[0] = static_cast<char>(leadBytes[length] | code);
-}
-
 Utf8Codecvt::result Utf8Codecvt::do_out(state_type&, const wchar_t* from, const wchar_t* fromEnd,
                                         const wchar_t*& fromNext, char* to, char* toEnd,
                                         char*& toNext) const
 {
-    result outcome = ok;
-    for (; from != fromEnd; ++from) {
-        const char32_t code = scalarValue(*from);
-        const int length = encodedLength(code);
-        if (toEnd - to < length) {
-            outcome = partial;
+    while (from != fromEnd && toEnd - to >= maxUtf8Length)
+        to = encodeUtf8(*from++, to);
+    while (from != fromEnd && to != toEnd) { // a character of less than the longest may still fit
+        char encoded[maxUtf8Length];
+        const auto length = encodeUtf8(*from, encoded) - encoded;
+        if (length > toEnd - to)
             break;
-        }
-        encode(code, length, to);
-        to += length;
+        to = std::copy_n(encoded, length, to);
+        ++from;
     }
     fromNext = from;
     toNext = to;
-    return outcome;
+    return from == fromEnd ? ok : partial;
 }
 
 } // namespace
