@@ -369,6 +369,29 @@ TEST_F(ViewerTest, IsHarmlessWithoutAPicture)
     EXPECT_TRUE(viewer.isEnabled());
 }
 
+TEST_F(ViewerTest, ClearsWhatThePictureDoesNotCover)
+{
+    showPicture(400, 300, {600, 300});
+    QPixmap window(viewer.viewport()->size());
+    const auto shownAt = [&](int x) { // painted over what was there before
+        viewer.viewport()->render(&window);
+        return window.toImage().pixelColor(x, 150);
+    };
+    const QColor base = viewer.viewport()->palette().color(QPalette::Base);
+    window.fill(Qt::magenta);
+    EXPECT_EQ(shownAt(20), base);
+    EXPECT_EQ(shownAt(99), base);
+    EXPECT_EQ(shownAt(100), QColor(Qt::green));
+    QImage glass(400, 300, QImage::Format_ARGB32);
+    glass.fill(Qt::transparent);
+    viewer.setBitmap(glass);
+    EXPECT_EQ(shownAt(300), base);
+    viewer.setBitmap(plainPicture(400, 300));
+    EXPECT_EQ(shownAt(300), QColor(Qt::green));
+    viewer.clearViewer();
+    EXPECT_EQ(shownAt(300), viewer.viewport()->palette().color(QPalette::Base));
+}
+
 TEST_F(ViewerTest, ColoursItsBackground)
 {
     showPicture(400, 300, {600, 300});
