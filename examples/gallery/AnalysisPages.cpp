@@ -95,6 +95,7 @@ std::function<std::unique_ptr<QWidget>()> plotOf(int entries, double (*curve)(do
 {
     return [=] {
         std::vector<unsigned char> table;
+        table.reserve(static_cast<std::size_t>(entries));
         for (int i = 0; i < entries; ++i)
             table.push_back(static_cast<unsigned char>(
                 std::lround(255 * std::clamp(curve(i / (entries - 1.0)), 0.0, 1.0))));

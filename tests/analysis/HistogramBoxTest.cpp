@@ -191,7 +191,8 @@ TEST_P(HistogramPicture, GreyIsTheAreaInTheTopRowsWithABlackOutline)
 
 TEST_P(HistogramPicture, VisibleColourChannelsMixByAnd)
 {
-    const auto& [name, size, isLogarithmic] = GetParam();
+    const int size = GetParam().size;
+    const bool isLogarithmic = GetParam().isLogarithmic;
     if (isLogarithmic)
         click("cbLogarithmic");
     click("chG");
