@@ -1,0 +1,86 @@
+#include "CameraControl.h"
+
+namespace {
+constexpr int gatherMs = 15;
+} // namespace
+
+CameraControl::CameraControl(SessionObserver& observer, QObject* parent)
+    : QObject(parent)
+    , observer(observer)
+{
+    requestTimer.setSingleShot(true);
+    requestTimer.setInterval(gatherMs);
+    connect(&requestTimer, &QTimer::timeout, this, &CameraControl::applyRequestedRegion);
+}
+
+CameraControl::~CameraControl() = default;
+
+void CameraControl::open(std::unique_ptr<Camera> camera)
+{
+    close();
+    cameraInfo = camera->info();
+    current = camera->settings();
+    session = std::make_unique<LiveSession>(std::move(camera), observer);
+    session->setProcessing(processing);
+    emit opened();
+    emit settingsChanged(current);
+    session->start(Delivery::NewestWins);
+}
+
+void CameraControl::close()
+{
+    requestTimer.stop();
+    requested.reset();
+    session.reset();
+}
+
+SessionCounters CameraControl::counters() const
+{
+    return session ? session->counters() : SessionCounters();
+}
+
+PlaybackControl* CameraControl::playback()
+{
+    return session ? session->camera().playback() : nullptr;
+}
+
+void CameraControl::setProcessing(const ProcessingSettings& settings)
+{
+    processing = settings;
+    if (session)
+        session->setProcessing(settings);
+}
+
+void CameraControl::countShown()
+{
+    if (session)
+        session->countShown();
+}
+
+void CameraControl::apply(const CameraSettings& wanted)
+{
+    if (!session)
+        return;
+    current = session->camera().apply(wanted);
+    emit settingsChanged(current);
+}
+
+void CameraControl::requestRegion(const SensorRegion& region)
+{
+    // A Shift-click without a drag asks for an empty region.
+    if (!session || cameraInfo.fixedGeometry || region.width < 1 || region.height < 1)
+        return;
+    requested = region;
+    if (!requestTimer.isActive())
+        requestTimer.start();
+}
+
+void CameraControl::applyRequestedRegion()
+{
+    if (!requested)
+        return;
+    CameraSettings wanted = current;
+    wanted.region = *requested;
+    requested.reset();
+    apply(wanted);
+}

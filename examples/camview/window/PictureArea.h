@@ -1,0 +1,58 @@
+#pragma once
+
+#include "ClippingOverlay.h"
+#include "CrossHair.h"
+#include "LivePicture.h"
+#include "MeasureFrame.h"
+
+#include <AppComponents/view/LifeView.h>
+
+#include <QWidget>
+
+/// The live view with what camview lays over the picture: cross hair, clipping, measured
+/// rectangle. The view's own overlays, ruler and grid, are switched here too.
+class PictureArea : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit PictureArea(QWidget* parent = nullptr);
+    ~PictureArea() override;
+
+    LifeView& liveView() { return *view; }
+    MeasureFrame& measureFrame() { return measure; }
+
+    /// Prepares for pictures of a sensor of this size.
+    void setSensorSize(int width, int height);
+    void showPicture(const LivePicture& picture);
+
+    /// The ruler's line in picture pixels; null while it is hidden.
+    QLineF rulerLine();
+
+public slots:
+    void showRuler(bool shown);
+    void showCrossHair(bool shown);
+    void showClipping(bool shown);
+    void showMeasureFrame(bool shown);
+
+signals:
+    /// The picture's pixel under the pointer; (-1, -1) outside.
+    void hovered(const QPoint& pixel);
+    /// The ruler was moved, shown or hidden.
+    void rulerChanged(const QLineF& line);
+    void rulerShown(bool shown);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void placeRuler();
+    void reportHover(const QPoint& viewPoint);
+
+    LifeView* view;
+    // After the view: the items leave its scene before the scene is gone.
+    CrossHair crossHair;
+    ClippingOverlay clipping;
+    MeasureFrame measure;
+    bool rulerPlaced = false;
+};

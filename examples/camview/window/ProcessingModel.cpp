@@ -1,0 +1,14 @@
+#include "ProcessingModel.h"
+
+ProcessingModel::ProcessingModel(QObject* parent)
+    : QObject(parent)
+{
+    // Ten histograms a second are as many as an eye can follow.
+    current.histogramPeriod = std::chrono::milliseconds(100);
+}
+
+void ProcessingModel::setSettings(const ProcessingSettings& settings)
+{
+    current = settings;
+    emit changed(current);
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QToolBar>
+
+class PlaybackControl;
+class QAction;
+class QComboBox;
+
+/// Chooses the source, and steers a source that replays something.
+class SourceBar : public QToolBar
+{
+    Q_OBJECT
+
+public:
+    explicit SourceBar(QWidget* parent = nullptr);
+
+    void setSource(const QString& source);
+    QString source() const;
+    /// Takes the controls of the open source; null hides them.
+    void setPlayback(PlaybackControl* control);
+
+    QAction* pauseAction() { return pause; }
+    QAction* stepAction() { return step; }
+    QAction* loopAction() { return loop; }
+
+public slots:
+    /// Leads the keyboard to the source.
+    void focusSource();
+
+signals:
+    void openRequested(const QString& source);
+
+private:
+    QComboBox* sources;
+    QAction* pause;
+    QAction* step;
+    QAction* loop;
+    PlaybackControl* playback = nullptr;
+};

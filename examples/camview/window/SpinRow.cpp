@@ -1,0 +1,56 @@
+#include "SpinRow.h"
+
+#include <AppComponents/controls/DoubleSliderView.h>
+
+#include <QDoubleSpinBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+
+namespace {
+constexpr int sliderSteps = 500;
+constexpr int commitMs = 60; // while the handle is held
+} // namespace
+
+SpinRow::SpinRow(const QString& title, const QString& unit, const Range& range, QWidget* parent)
+    : QWidget(parent)
+    , title(title)
+    , spinBox(new QDoubleSpinBox(this))
+    , slider(new DoubleSliderView(this))
+{
+    const QString plainTitle = QString(title).remove(QLatin1Char('&'));
+    spinBox->setSuffix(unit);
+    spinBox->setAccessibleName(plainTitle);
+    spinBox->setKeyboardTracking(false);
+    slider->setOrientation(Qt::Horizontal);
+    slider->setMinimumSize(70, 26); // leaves the marker of the default room above the groove
+    slider->setAccessibleName(plainTitle);
+    slider->setDelay(commitMs);
+    slider->setTooltipTemplate(tr("%1 … %2, normally %3"));
+    slider->setModelValuePresenter(spinBox);
+    slider->setMapper(QSharedPointer<ScaleMapper>::create(range.scale, sliderSteps, range.low,
+                                                          range.high, range.normal));
+    slider->resetModelValueToDefault();
+
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(4);
+    row->addWidget(slider, 1);
+    row->addWidget(spinBox);
+    setFocusProxy(spinBox);
+    connect(slider, &DoubleSliderView::modelValueChanged, this, &SpinRow::valueChanged);
+}
+
+void SpinRow::addTo(QFormLayout* form)
+{
+    form->addRow(title, this);
+}
+
+void SpinRow::setValue(double value)
+{
+    slider->setModelValue(value);
+}
+
+double SpinRow::value() const
+{
+    return slider->getModelValue();
+}

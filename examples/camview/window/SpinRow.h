@@ -1,0 +1,47 @@
+#pragma once
+
+#include "support/ScaleMapper.h"
+
+#include <QSharedPointer>
+#include <QWidget>
+
+class DoubleSliderView;
+class QDoubleSpinBox;
+class QFormLayout;
+
+/// A DoubleSliderView with the spin box that presents its value.
+class SpinRow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    struct Range
+    {
+        ScaleMapper::Scale scale = ScaleMapper::Scale::Linear;
+        double low = 0.0;
+        double high = 1.0;
+        double normal = 0.0;
+    };
+
+    /// \param title what the slider sets, with a mnemonic
+    /// \param unit  text behind the number, such as " ms"
+    SpinRow(const QString& title, const QString& unit, const Range& range,
+            QWidget* parent = nullptr);
+
+    /// Adds the row under its title; the title's mnemonic leads to the spin box.
+    void addTo(QFormLayout* form);
+
+    /// Moves the handle without announcing it. A value outside the range is limited to it.
+    void setValue(double value);
+    double value() const;
+    QDoubleSpinBox* getSpinBox() { return spinBox; }
+
+signals:
+    /// The user has set \p value.
+    void valueChanged(double value);
+
+private:
+    const QString title;
+    QDoubleSpinBox* spinBox;
+    DoubleSliderView* slider;
+};
