@@ -4,7 +4,7 @@
 
 #include <AppComponents/log/CDelayedValueSequenceLog.h>
 
-#include <QVBoxLayout>
+#include <QHBoxLayout>
 
 namespace {
 
@@ -25,7 +25,7 @@ std::vector<double> inOrder(const CGraphicValues& ring)
 
 GraphsPanel::GraphsPanel(QWidget* parent)
     : QWidget(parent)
-    , plotLayout(new QVBoxLayout(this))
+    , plotLayout(new QHBoxLayout(this))
 {
     plotLayout->setContentsMargins(0, 0, 0, 0);
     plotLayout->setSpacing(2);

@@ -10,7 +10,7 @@
 #include <string>
 
 class CurvePlot;
-class QVBoxLayout;
+class QHBoxLayout;
 
 /// One small plot per stream of the library's value-sequence log. Whoever writes a new stream
 /// gets a plot without anything being done here.
@@ -31,6 +31,6 @@ private:
 
     std::atomic<bool> changed{true};
     QTimer timer;
-    QVBoxLayout* plotLayout;
+    QHBoxLayout* plotLayout;
     std::map<std::wstring, CurvePlot*> plots;
 };

@@ -47,11 +47,13 @@ MeasurePanel::MeasurePanel(QWidget* parent)
                                 edges[3]->value()});
         });
     }
-    auto* form = new QFormLayout(this);
+    auto* layout = new QHBoxLayout(this);
+    auto* form = new QFormLayout;
+    layout->addLayout(form);
+    layout->addWidget(profile, 1);
     form->addRow(tr("&Pixel is"), scaleRow);
     form->addRow(tr("&Area"), areaRow);
     form->addRow(statistics);
-    form->addRow(profile);
     form->labelForField(scaleRow)->setToolTip(tr("Size of a sensor pixel in the ruler's unit"));
     qobject_cast<QLabel*>(form->labelForField(scaleRow))->setBuddy(scaleBox);
     qobject_cast<QLabel*>(form->labelForField(areaRow))->setBuddy(edges[0]);

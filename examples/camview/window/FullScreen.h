@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+
+class QMainWindow;
+class QWidget;
+
+/// Shows nothing but the picture, and brings everything back as it was.
+class FullScreen
+{
+public:
+    explicit FullScreen(QMainWindow& window) : window(window) {}
+
+    bool isOn() const { return on; }
+    void enter();
+    void leave();
+
+private:
+    QMainWindow& window;
+    bool on = false;
+    bool wasMaximized = false;
+    QList<QWidget*> hidden;
+};

@@ -1,0 +1,407 @@
+#include "MainWindow.h"
+
+#include "CameraPanel.h"
+#include "HelpPage.h"
+#include "HistogramPanel.h"
+#include "MapPanel.h"
+#include "MeasurePanel.h"
+#include "NoticeBar.h"
+#include "Palettes.h"
+#include "PanelDocks.h"
+#include "PictureArea.h"
+#include "SettingsJson.h"
+#include "SourceBar.h"
+#include "StatusPanel.h"
+#include "TonePanel.h"
+#include "WindowActions.h"
+#include "aids/Snapshot.h"
+#include "cameras/CameraFactory.h"
+
+#include <AppComponents/log/DiagnosticPrinting.h>
+
+#include <QCloseEvent>
+#include <QDateTime>
+#include <QFileDialog>
+#include <QIcon>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int counterMs = 250;
+
+/// A source for a file that the user picked.
+QString sourceOfFile(const QString& fileName)
+{
+    const QString kind = QFileInfo(fileName).suffix().toLower();
+    const bool picture = QStringList{"png", "jpg", "jpeg", "bmp", "ppm"}.contains(kind);
+    return (picture ? QStringLiteral("photo:") : QStringLiteral("play:")) + fileName;
+}
+
+} // namespace
+
+MainWindow::MainWindow(const WindowOptions& windowOptions)
+    : options(windowOptions)
+    , log(L"camview")
+    , control(feed)
+    , actions(new WindowActions(this))
+    , area(new PictureArea(this))
+    , notice(new NoticeBar(this))
+    , status(new StatusPanel(*statusBar()))
+    , sourceBar(new SourceBar(this))
+    , docks(new PanelDocks(*this, model))
+{
+    setWindowTitle(QStringLiteral("camview"));
+    setWindowIcon(QIcon(QStringLiteral(":/camview/icons/camview.svg")));
+    resize(1440, 900);
+    buildCentre();
+    connectView();
+    connectCamera();
+    connectAids();
+    connectCommands();
+    connectColors();
+    followProcessing(model.settings());
+}
+
+MainWindow::~MainWindow()
+{
+    control.close();
+}
+
+void MainWindow::buildCentre()
+{
+    auto* centre = new QWidget(this);
+    auto* layout = new QVBoxLayout(centre);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(notice);
+    layout->addWidget(area, 1);
+    setCentralWidget(centre);
+
+    auto* tools = addToolBar(tr("Tools"));
+    tools->setObjectName(QStringLiteral("tools"));
+    actions->fillToolBar(*tools);
+    addToolBar(sourceBar);
+
+    std::vector<QAction*> switches = docks->switches();
+    switches.push_back(tools->toggleViewAction());
+    switches.push_back(sourceBar->toggleViewAction());
+    actions->fillMenus(*menuBar(), switches);
+}
+
+void MainWindow::connectView()
+{
+    LifeView& view = area->liveView();
+    connect(&feed, &LiveFeed::pictureWaiting, this, &MainWindow::showNewestPicture);
+    connect(&view, &LifeView::showViewFramerate, status, &StatusPanel::showFrameRate);
+    connect(&view, &Viewer::showZoom, status, &StatusPanel::showZoom);
+    connect(&view, &LifeView::sensorePosition, status, &StatusPanel::showSensorPosition);
+    connect(&view, &LifeView::pinColor, status, &StatusPanel::showPinnedColor);
+    connect(&view, &LifeView::toggleFullScreen, this, &MainWindow::toggleFullScreen);
+    connect(&view, &LifeView::setCameraViewport, this, [this](ViewPort wanted) {
+        control.requestRegion({wanted.startX, wanted.startY, wanted.width, wanted.height});
+    });
+    connect(area, &PictureArea::hovered, this, [this](const QPoint& pixel) {
+        hoveredPixel = pixel;
+        status->showPixel(hoveredPixel, newest);
+    });
+}
+
+void MainWindow::connectCamera()
+{
+    connect(&feed, &LiveFeed::streamEvent, this, &MainWindow::showStreamEvent);
+    connect(&model, &ProcessingModel::changed, this, &MainWindow::followProcessing);
+    connect(docks->map, &MapPanel::regionRequested, &control, &CameraControl::requestRegion);
+    connect(docks->camera, &CameraPanel::settingsRequested, &control, &CameraControl::apply);
+    connect(&control, &CameraControl::settingsChanged, docks->camera, &CameraPanel::setSettings);
+    connect(&control, &CameraControl::settingsChanged, docks->map, &MapPanel::setSettings);
+    connect(sourceBar, &SourceBar::openRequested, this, &MainWindow::openSource);
+    connect(&counterTimer, &QTimer::timeout, this,
+            [this] { status->showCounters(control.counters()); });
+    counterTimer.start(counterMs);
+}
+
+void MainWindow::connectAids()
+{
+    connect(actions->ruler, &QAction::toggled, area, &PictureArea::showRuler);
+    connect(area, &PictureArea::rulerShown, actions->ruler, &QAction::setChecked);
+    connect(area, &PictureArea::rulerChanged, docks->measure, &MeasurePanel::setRuler);
+    connect(docks->measure, &MeasurePanel::scaleChanged, this,
+            [this](double magnification, const QString& unit) {
+                area->liveView().setMagnification(static_cast<float>(magnification), unit);
+                area->liveView().getRuller().updateRuller();
+            });
+    connect(actions->grid, &QAction::toggled, &area->liveView(), &Viewer::onShowGrid);
+    connect(actions->crossHair, &QAction::toggled, area, &PictureArea::showCrossHair);
+    connect(actions->clipping, &QAction::toggled, this, [this](bool on) {
+        feed.setClippingWanted(on);
+        area->showClipping(on);
+    });
+    connect(actions->measure, &QAction::toggled, this, [this](bool on) {
+        area->showMeasureFrame(on);
+        docks->measure->setArea(on ? area->measureFrame().getArea() : QRect());
+    });
+    connect(&area->measureFrame(), &MeasureFrame::areaChanged, this, [this](const QRect& measured) {
+        if (actions->measure->isChecked())
+            docks->measure->setArea(measured);
+    });
+    connect(docks->measure, &MeasurePanel::areaRequested, &area->measureFrame(),
+            &MeasureFrame::setArea);
+    connect(actions->wideHistogram, &QAction::toggled, docks->histogram, &HistogramPanel::setWide);
+    connect(actions->stretch, &QAction::toggled, this, [this](bool on) {
+        model.change([on](ProcessingSettings& s) { s.autoStretch = on; });
+    });
+}
+
+void MainWindow::connectCommands()
+{
+    LifeView& view = area->liveView();
+    connect(actions->openFile, &QAction::triggered, this, &MainWindow::chooseFile);
+    connect(actions->chooseSource, &QAction::triggered, sourceBar, &SourceBar::focusSource);
+    connect(actions->snapshot, &QAction::triggered, this, [this] { saveSnapshot(false); });
+    connect(actions->rawSnapshot, &QAction::triggered, this, [this] { saveSnapshot(true); });
+    connect(actions->quit, &QAction::triggered, this, &QWidget::close);
+    connect(actions->copyPicture, &QAction::triggered, &view, &Viewer::copyImageToBuffer);
+    connect(actions->fit, &QAction::triggered, this, [&view] {
+        view.setMinZoom();
+        emit view.showZoom(static_cast<float>(view.transform().m11()));
+    });
+    connect(actions->actualSize, &QAction::triggered, this, [&view] {
+        // The step leaves the fitted state, so that a resize keeps the zoom.
+        view.scaleView(1.0 / view.transform().m11());
+    });
+    connect(actions->zoomIn, &QAction::triggered, &view, &Viewer::scaleViewIn);
+    connect(actions->zoomOut, &QAction::triggered, &view, &Viewer::scaleViewOut);
+    connect(actions->fullScreen, &QAction::triggered, this, &MainWindow::toggleFullScreen);
+    connect(actions->focusPicture, &QAction::triggered, &view,
+            [&view] { view.setFocus(Qt::ShortcutFocusReason); });
+    connect(actions->help, &QAction::triggered, this, [this] {
+        std::vector<QAction*> all;
+        for (QAction* action : findChildren<QAction*>())
+            all.push_back(action);
+        auto* page = new HelpPage(all, this);
+        page->setAttribute(Qt::WA_DeleteOnClose);
+        page->show();
+    });
+}
+
+void MainWindow::connectColors()
+{
+    const auto applies = [this](QAction* action, ColorScheme scheme) {
+        action->setData(nameOf(scheme));
+        connect(action, &QAction::triggered, this, [scheme] { applyColorScheme(scheme); });
+    };
+    applies(actions->systemColors, ColorScheme::System);
+    applies(actions->lightColors, ColorScheme::Light);
+    applies(actions->darkColors, ColorScheme::Dark);
+}
+
+bool MainWindow::openSource(const QString& source)
+{
+    try {
+        // A camera may allow one user only: the one before is let go first.
+        saveSettings();
+        control.close();
+        useCamera(openCamera(source), source);
+        return true;
+    } catch (const CameraError& error) {
+        area->liveView().clearViewer();
+        tell(QString::fromUtf8(error.what()));
+        return false;
+    }
+}
+
+void MainWindow::useCamera(std::unique_ptr<Camera> camera, const QString& source)
+{
+    saveSettings();
+    control.close();
+    feed.takePicture(); // what still waits is of the camera before
+    newest = nullptr;
+    notice->showNotice({});
+
+    const CameraInfo info = camera->info();
+    store.emplace(options.settingsRoot, info.name);
+    if (options.restoreSettings) {
+        const SettingsStore::Content content = store->load();
+        camera->apply(cameraSettingsFrom(content.window["camera"].toObject(), camera->settings()));
+        restore(content);
+    }
+    area->setSensorSize(info.sensorWidth, info.sensorHeight);
+    docks->camera->setCamera(info);
+    docks->map->setCamera(info);
+    docks->histogram->clear();
+    sourceBar->setSource(source);
+    setWindowTitle(QStringLiteral("%1 – camview").arg(info.name));
+    control.open(std::move(camera));
+    sourceBar->setPlayback(control.playback());
+    log(InfoLogType) << "Streaming from " << info.name << std::endl;
+}
+
+void MainWindow::showNewestPicture()
+{
+    LivePicture* picture = feed.takePicture();
+    if (picture == nullptr || !control.isOpen())
+        return;
+    newest = picture;
+    area->showPicture(*picture);
+    control.countShown();
+    ++shownPictures;
+    showPanels(*picture);
+    emit pictureShown();
+}
+
+void MainWindow::showPanels(LivePicture& picture)
+{
+    if (picture.newHistograms && docks->histogram->isVisible())
+        docks->histogram->showHistograms(picture.histograms);
+    if (docks->tone->isVisible())
+        docks->tone->showPicture(picture);
+    if (docks->map->isVisible())
+        docks->map->showPicture(picture);
+    if (docks->measure->isVisible())
+        docks->measure->setPicture(picture);
+    if (hoveredPixel.x() >= 0)
+        status->showPixel(hoveredPixel, &picture);
+}
+
+void MainWindow::showStreamEvent(int event, const QString& detail)
+{
+    switch (static_cast<StreamEvent>(event)) {
+    case StreamEvent::Ended:
+        statusBar()->showMessage(tr("The source has ended."));
+        break;
+    case StreamEvent::Failed:
+        tell(tr("The stream broke down: %1").arg(detail));
+        break;
+    case StreamEvent::Vanished:
+        tell(tr("The camera is gone; waiting for it to come back. %1").arg(detail));
+        break;
+    case StreamEvent::Returned:
+        notice->showNotice({});
+        statusBar()->showMessage(tr("The camera is back."));
+        break;
+    }
+}
+
+void MainWindow::followProcessing(const ProcessingSettings& settings)
+{
+    feed.setFlips(settings.correction.flipH, settings.correction.flipV);
+    control.setProcessing(settings);
+    const QSignalBlocker block(actions->stretch);
+    actions->stretch->setChecked(settings.autoStretch);
+}
+
+void MainWindow::toggleFullScreen()
+{
+    if (fullScreen.isOn())
+        fullScreen.leave();
+    else
+        fullScreen.enter();
+    actions->fullScreen->setChecked(fullScreen.isOn());
+}
+
+void MainWindow::chooseFile()
+{
+    const QString fileName =
+        QFileDialog::getOpenFileName(this, tr("Open a recording or photograph"));
+    if (!fileName.isEmpty())
+        openSource(sourceOfFile(fileName));
+}
+
+void MainWindow::saveSnapshot(bool raw)
+{
+    if (newest == nullptr)
+        return;
+    const QString stamp =
+        QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
+    const QString fileName = QStringLiteral("%1/camview-%2.%3")
+                                 .arg(options.outputFolder, stamp, raw ? "raw" : "png");
+    const QString complaint = raw ? saveRawSnapshot(newest->raw, fileName)
+                                  : savePictureSnapshot(*newest->image, fileName);
+    if (!complaint.isEmpty()) {
+        tell(complaint);
+        return;
+    }
+    statusBar()->showMessage(tr("Saved %1").arg(fileName));
+    log(InfoLogType) << "Saved "
+                     << (raw ? rawSource(newest->raw, newest->mosaic, fileName) : fileName)
+                     << std::endl;
+}
+
+void MainWindow::tell(const QString& text)
+{
+    notice->showNotice(text);
+    log(InfoLogType) << text << std::endl;
+}
+
+SettingsStore::Content MainWindow::currentContent()
+{
+    QJsonObject switches;
+    for (const QAction* action : actions->keptSwitches())
+        switches[action->objectName()] = action->isChecked();
+    QString colors;
+    for (const QAction* scheme : {actions->systemColors, actions->lightColors, actions->darkColors})
+        if (scheme->isChecked())
+            colors = scheme->data().toString();
+
+    SettingsStore::Content content;
+    content.image = model.correction();
+    content.window = {{"geometry", QString::fromLatin1(saveGeometry().toBase64())},
+                      {"layout", QString::fromLatin1(saveState().toBase64())},
+                      {"colors", colors},
+                      {"switches", switches},
+                      {"camera", toJson(control.settings())},
+                      {"processing", toJson(model.settings())},
+                      {"magnification", docks->measure->magnification()},
+                      {"unit", docks->measure->unit()}};
+    return content;
+}
+
+void MainWindow::saveSettings()
+{
+    if (!store || !control.isOpen() || !options.restoreSettings)
+        return;
+    const QString complaint = store->save(currentContent());
+    if (!complaint.isEmpty())
+        tell(complaint);
+}
+
+void MainWindow::restore(const SettingsStore::Content& content)
+{
+    const QJsonObject& window = content.window;
+    ProcessingSettings settings = model.settings();
+    settings.correction = content.image;
+    readProcessing(window["processing"].toObject(), settings);
+    model.setSettings(settings);
+
+    restoreGeometry(QByteArray::fromBase64(window["geometry"].toString().toLatin1()));
+    restoreState(QByteArray::fromBase64(window["layout"].toString().toLatin1()));
+    for (QAction* scheme : {actions->systemColors, actions->lightColors, actions->darkColors})
+        if (scheme->data().toString() == window["colors"].toString())
+            scheme->trigger();
+    const QJsonObject switches = window["switches"].toObject();
+    for (QAction* action : actions->keptSwitches())
+        action->setChecked(switches[action->objectName()].toBool());
+    if (window.contains("unit"))
+        docks->measure->setScale(window["magnification"].toDouble(1.0), window["unit"].toString());
+    for (const QString& complaint : content.complaints)
+        tell(complaint);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    fullScreen.leave();
+    saveSettings();
+    control.close();
+    QMainWindow::closeEvent(event);
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape && fullScreen.isOn())
+        toggleFullScreen();
+    else
+        QMainWindow::keyPressEvent(event);
+}

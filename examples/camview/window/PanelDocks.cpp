@@ -1,0 +1,94 @@
+#include "PanelDocks.h"
+
+#include "CameraPanel.h"
+#include "ColorPanel.h"
+#include "GraphsPanel.h"
+#include "HistogramPanel.h"
+#include "LogPanel.h"
+#include "MapPanel.h"
+#include "MeasurePanel.h"
+#include "ProcessingPanel.h"
+#include "TonePanel.h"
+
+#include <QAction>
+#include <QDockWidget>
+#include <QMainWindow>
+#include <QScrollArea>
+
+namespace {
+
+/// Lets a panel be smaller than its content on a small screen.
+QWidget* scrolling(QWidget* panel)
+{
+    if (qobject_cast<QAbstractScrollArea*>(panel) != nullptr)
+        return panel;
+    auto* area = new QScrollArea;
+    area->setWidget(panel);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    return area;
+}
+
+} // namespace
+
+PanelDocks::PanelDocks(QMainWindow& mainWindow, ProcessingModel& model)
+    : QObject(&mainWindow)
+    , camera(new CameraPanel)
+    , tone(new TonePanel(model))
+    , color(new ColorPanel(model))
+    , processing(new ProcessingPanel(model))
+    , histogram(new HistogramPanel)
+    , map(new MapPanel)
+    , graphs(new GraphsPanel)
+    , log(new LogPanel)
+    , measure(new MeasurePanel)
+    , window(mainWindow)
+{
+    arrange();
+}
+
+QDockWidget* PanelDocks::addDock(Qt::DockWidgetArea area, const char* name, const QString& title,
+                                 QWidget* panel)
+{
+    auto* dock = new QDockWidget(title, &window);
+    dock->setObjectName(QLatin1String(name)); // the window's saved layout goes by it
+    dock->setWidget(scrolling(panel));
+    window.addDockWidget(area, dock);
+    docks << dock;
+    return dock;
+}
+
+void PanelDocks::arrange()
+{
+    window.setDockNestingEnabled(true);
+    window.setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+    window.setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
+
+    addDock(Qt::LeftDockWidgetArea, "map", tr("Sensor"), map);
+    QDockWidget* cameraDock = addDock(Qt::RightDockWidgetArea, "camera", tr("Camera"), camera);
+    QDockWidget* toneDock = addDock(Qt::RightDockWidgetArea, "tone", tr("Tone"), tone);
+    QDockWidget* colorDock = addDock(Qt::RightDockWidgetArea, "color", tr("Colour"), color);
+    QDockWidget* processingDock =
+        addDock(Qt::RightDockWidgetArea, "processing", tr("Processing"), processing);
+    for (QDockWidget* dock : {toneDock, colorDock, processingDock})
+        window.tabifyDockWidget(cameraDock, dock);
+    cameraDock->raise();
+    addDock(Qt::RightDockWidgetArea, "histogram", tr("Histograms"), histogram);
+
+    QDockWidget* graphsDock = addDock(Qt::BottomDockWidgetArea, "graphs", tr("Graphs"), graphs);
+    QDockWidget* measureDock =
+        addDock(Qt::BottomDockWidgetArea, "measure", tr("Measurements"), measure);
+    QDockWidget* logDock = addDock(Qt::BottomDockWidgetArea, "log", tr("Log"), log);
+    window.tabifyDockWidget(graphsDock, measureDock);
+    window.tabifyDockWidget(graphsDock, logDock);
+    graphsDock->raise();
+    window.resizeDocks({graphsDock}, {150}, Qt::Vertical);
+}
+
+std::vector<QAction*> PanelDocks::switches() const
+{
+    std::vector<QAction*> actions;
+    for (QDockWidget* dock : docks)
+        actions.push_back(dock->toggleViewAction());
+    return actions;
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+
+#include <vector>
+
+class CameraPanel;
+class ColorPanel;
+class GraphsPanel;
+class HistogramPanel;
+class LogPanel;
+class MapPanel;
+class MeasurePanel;
+class ProcessingModel;
+class ProcessingPanel;
+class QAction;
+class QDockWidget;
+class QMainWindow;
+class TonePanel;
+
+/// The panels around the picture, each in a dock of its own.
+class PanelDocks : public QObject
+{
+    Q_OBJECT
+
+public:
+    PanelDocks(QMainWindow& window, ProcessingModel& model);
+
+    CameraPanel* const camera;
+    TonePanel* const tone;
+    ColorPanel* const color;
+    ProcessingPanel* const processing;
+    HistogramPanel* const histogram;
+    MapPanel* const map;
+    GraphsPanel* const graphs;
+    LogPanel* const log;
+    MeasurePanel* const measure;
+
+    /// The switches that show and hide the docks.
+    std::vector<QAction*> switches() const;
+
+private:
+    QDockWidget* addDock(Qt::DockWidgetArea area, const char* name, const QString& title,
+                         QWidget* panel);
+    void arrange();
+
+    QMainWindow& window;
+    QList<QDockWidget*> docks;
+};

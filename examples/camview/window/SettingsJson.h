@@ -1,0 +1,14 @@
+#pragma once
+
+#include "core/Camera.h"
+#include "core/ProcessingSettings.h"
+
+#include <QJsonObject>
+
+/// What the settings file keeps of a camera. What is missing stays as in \p fallback.
+QJsonObject toJson(const CameraSettings& settings);
+CameraSettings cameraSettingsFrom(const QJsonObject& json, const CameraSettings& fallback);
+
+/// What the library's own settings file does not hold.
+QJsonObject toJson(const ProcessingSettings& settings);
+void readProcessing(const QJsonObject& json, ProcessingSettings& settings);

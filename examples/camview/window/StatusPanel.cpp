@@ -1,0 +1,93 @@
+#include "StatusPanel.h"
+
+#include "aids/RawPicture.h"
+
+#include <QLabel>
+#include <QStatusBar>
+
+StatusPanel::StatusPanel(QStatusBar& statusBar)
+    : QObject(&statusBar)
+    , bar(statusBar)
+    , counters(addPiece(tr("Frames"), QString()))
+    , pixel(addPiece(tr("Pixel under the pointer"), QStringLiteral("raw 4095  rgb 255 255 255")))
+    , pinned(addPiece(tr("Picked colour"), QStringLiteral("██ #ffffff")))
+    , position(addPiece(tr("Sensor position"), QStringLiteral("x 99999  y 99999")))
+    , zoomLabel(addPiece(tr("Zoom"), QStringLiteral("2000 %")))
+    , rate(addPiece(tr("Shown frames per second"), QStringLiteral("999.9 fps")))
+{
+    counters->setToolTip(tr("Frames received, processed, shown, recorded, dropped, incomplete"));
+    pinned->setToolTip(tr("The colour where the mouse button was released last"));
+}
+
+QLabel* StatusPanel::addPiece(const QString& name, const QString& widest)
+{
+    auto* label = new QLabel(&bar);
+    label->setAccessibleName(name);
+    label->setToolTip(name);
+    // A fixed width keeps the bar from jumping with every digit.
+    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
+    bar.addPermanentWidget(label);
+    return label;
+}
+
+void StatusPanel::showCounters(const SessionCounters& now)
+{
+    counters->setText(tr("received %1  processed %2  shown %3  dropped %4  lost %5  incomplete %6")
+                          .arg(now.received)
+                          .arg(now.processed)
+                          .arg(now.shown)
+                          .arg(now.dropped)
+                          .arg(now.camera.lost)
+                          .arg(now.camera.incomplete));
+}
+
+void StatusPanel::showPixel(const QPoint& point, const LivePicture* picture)
+{
+    const bool inside = picture != nullptr && picture->image &&
+                        picture->image->rect().contains(point);
+    if (!inside) {
+        pixel->clear();
+        return;
+    }
+    const RawPicture raw(picture->raw, picture->flippedH, picture->flippedV);
+    const QColor color = picture->image->pixelColor(point);
+    pixel->setText(tr("raw %1  rgb %2 %3 %4")
+                       .arg(raw.sample(point.x(), point.y()))
+                       .arg(color.red())
+                       .arg(color.green())
+                       .arg(color.blue()));
+}
+
+void StatusPanel::showFrameRate(float framesPerSecond)
+{
+    rate->setText(tr("%1 fps").arg(static_cast<double>(framesPerSecond), 0, 'f', 1));
+}
+
+void StatusPanel::showZoom(float zoom)
+{
+    zoomLabel->setText(tr("%1 %").arg(static_cast<double>(zoom) * 100.0, 0, 'f', 0));
+}
+
+void StatusPanel::showSensorPosition(const QPointF& point)
+{
+    if (point.x() < 0 || point.y() < 0)
+        position->clear();
+    else
+        position->setText(tr("x %1  y %2").arg(point.x(), 0, 'f', 0).arg(point.y(), 0, 'f', 0));
+}
+
+void StatusPanel::showPinnedColor(const QColor& color)
+{
+    if (!color.isValid())
+        pinned->clear();
+    else
+        pinned->setText(QStringLiteral("<span style='color:%1'>██</span> %1").arg(color.name()));
+}
+
+QString StatusPanel::text() const
+{
+    QStringList pieces;
+    for (const QLabel* label : {counters, pixel, pinned, position, zoomLabel, rate})
+        pieces << label->text();
+    return pieces.join(QStringLiteral(" | "));
+}
