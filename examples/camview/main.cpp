@@ -1,7 +1,12 @@
 #include "headless/HeadlessRun.h"
 
-#include <QCoreApplication>
+#include "window/WindowRun.h"
+
+#include <QApplication>
 #include <QTextStream>
+
+#include <algorithm>
+#include <memory>
 
 namespace
 {
@@ -19,16 +24,35 @@ int runCamview(const QStringList& arguments)
         QTextStream(stdout) << "camview " << CAMVIEW_VERSION << '\n';
         return 0;
     }
-    if (!options.headless)
-        throw UsageError("this build has no window: use --headless");
+    if (auto* application = qobject_cast<QApplication*>(QCoreApplication::instance()))
+        return runWindow(*application, options);
     return HeadlessRun(options).run();
+}
+
+bool isGiven(const char* option, int argc, char* argv[])
+{
+    return std::any_of(argv + 1, argv + argc,
+                       [option](const char* argument) { return qstrcmp(argument, option) == 0; });
+}
+
+/// Only a window needs a display; a run without one must work where there is none.
+std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[])
+{
+    for (const char* option : {"--headless", "--help", "--version"})
+        if (isGiven(option, argc, argv))
+            return std::make_unique<QCoreApplication>(argc, argv);
+    if (isGiven("--grab", argc, argv) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    return std::make_unique<QApplication>(argc, argv);
 }
 
 } // namespace
 
 int main(int argc, char* argv[])
 {
-    const QCoreApplication application(argc, argv);
+    const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCoreApplication::setApplicationName("camview");
     try {
         return runCamview(QCoreApplication::arguments().mid(1));

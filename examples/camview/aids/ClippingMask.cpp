@@ -2,7 +2,8 @@
 
 #include <QVector>
 
-namespace {
+namespace
+{
 
 enum Marking : quint8 { Unmarked, Black, Saturated };
 

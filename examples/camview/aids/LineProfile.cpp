@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace {
+namespace
+{
 
 double cellMean(const RawPicture& picture, int x, int y)
 {

@@ -1,9 +1,9 @@
 #include "RawPicture.h"
 
-RawPicture::RawPicture(const FrameEx2& raw, bool flipH, bool flipV)
+RawPicture::RawPicture(const FrameEx2& raw, bool mirroredH, bool mirroredV)
     : frame(raw)
-    , flipH(flipH)
-    , flipV(flipV)
+    , flipH(mirroredH)
+    , flipV(mirroredV)
 {
 }
 

@@ -11,8 +11,8 @@
 class RawPicture
 {
 public:
-    /// \param flipH,flipV whether the picture is shown mirrored against \p raw
-    explicit RawPicture(const FrameEx2& raw, bool flipH = false, bool flipV = false);
+    /// \param mirroredH,mirroredV whether the picture is shown mirrored against \p raw
+    explicit RawPicture(const FrameEx2& raw, bool mirroredH = false, bool mirroredV = false);
 
     int width() const { return frame.imgWidth; }
     int height() const { return frame.imgHeight; }

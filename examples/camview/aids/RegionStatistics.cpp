@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-namespace {
-
-struct Sums
+namespace
 {
+
+struct Sums {
     quint64 levels = 0;
     quint64 squares = 0; // 64 bits hold 12-bit squares of more samples than a frame can have
     int smallest = 0xFFFF;

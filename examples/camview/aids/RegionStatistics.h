@@ -3,8 +3,7 @@
 #include "RawPicture.h"
 
 /// What the raw samples of a rectangle have in common, in raw levels.
-struct RegionStatistics
-{
+struct RegionStatistics {
     qint64 count = 0; ///< samples; 0 when the rectangle lies outside the picture
     double mean = 0.0;
     double deviation = 0.0; ///< standard deviation of the samples, of whichever colour

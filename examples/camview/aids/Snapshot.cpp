@@ -4,7 +4,8 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
-namespace {
+namespace
+{
 
 QString failure(const QSaveFile& file)
 {

@@ -10,6 +10,7 @@
 
 #include <QCommandLineParser>
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -56,7 +57,12 @@ constexpr OptionText optionTexts[] = {
     {"flip-h", nullptr, "Mirror the picture left to right."},
     {"flip-v", nullptr, "Mirror the picture top to bottom."},
     {"mono", nullptr, "Turn a mosaic into grey by the mosaic-to-grey conversion."},
+    {"grab", "DIR", "Write pictures of the window into this folder and end."},
 };
+
+constexpr const char* processingOptions[] = {
+    "average", "method", "lut", "brightness", "contrast", "gamma", "stretch",
+    "white-balance", "color-correction", "median", "flip-h", "flip-v", "mono"};
 
 /// The parsed line with checked access to its values.
 class Arguments
@@ -287,6 +293,11 @@ Options parseOptions(const QStringList& list)
         options.settingsFile = arguments.nonEmpty("settings");
     options.camera = cameraFrom(arguments);
     options.processing = processingFrom(arguments);
+    options.processingGiven =
+        std::any_of(std::begin(processingOptions), std::end(processingOptions),
+                    [&](const char* name) { return arguments.has(name); });
+    if (arguments.has("grab"))
+        options.grabFolder = arguments.nonEmpty("grab");
     return options;
 }
 

@@ -49,6 +49,8 @@ struct Options {
     bool json = false;
     CameraWishes camera;
     ProcessingSettings processing;
+    bool processingGiven = false; ///< any option changes the processing
+    QString grabFolder;           ///< for pictures of the window, or empty
 };
 
 /// \param arguments without the program's name

@@ -1,12 +1,13 @@
 #include "CameraControl.h"
 
-namespace {
+namespace
+{
 constexpr int gatherMs = 15;
 } // namespace
 
-CameraControl::CameraControl(SessionObserver& observer, QObject* parent)
+CameraControl::CameraControl(SessionObserver& results, QObject* parent)
     : QObject(parent)
-    , observer(observer)
+    , observer(results)
 {
     requestTimer.setSingleShot(true);
     requestTimer.setInterval(gatherMs);

@@ -14,8 +14,8 @@ class CameraControl : public QObject
     Q_OBJECT
 
 public:
-    /// \param observer gets the results of every session; must outlive this object
-    explicit CameraControl(SessionObserver& observer, QObject* parent = nullptr);
+    /// \param results gets the results of every session; must outlive this object
+    explicit CameraControl(SessionObserver& results, QObject* parent = nullptr);
     ~CameraControl() override;
 
     /// Streams from \p camera; the one before is closed.

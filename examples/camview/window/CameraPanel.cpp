@@ -9,7 +9,8 @@
 #include <QDoubleSpinBox>
 #include <QFormLayout>
 
-namespace {
+namespace
+{
 
 const SpinRow::Range exposureRange{ScaleMapper::Scale::Logarithmic, 0.01, 2000.0, 10.0};
 const SpinRow::Range gainRange{ScaleMapper::Scale::Linear, 0.0, 36.0, 0.0};

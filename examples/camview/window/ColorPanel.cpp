@@ -3,6 +3,8 @@
 #include "ProcessingModel.h"
 #include "SpinRow.h"
 
+#include <AppComponents/imgproc/ImgCorrectionLimits.h>
+
 #include <AppComponents/controls/ComboBoxSelection.h>
 
 #include <QCheckBox>
@@ -10,9 +12,9 @@
 #include <QFormLayout>
 #include <QPushButton>
 
-ColorPanel::ColorPanel(ProcessingModel& model, QWidget* parent)
+ColorPanel::ColorPanel(ProcessingModel& edited, QWidget* parent)
     : QWidget(parent)
-    , model(model)
+    , model(edited)
     , method(new QComboBox(this))
     , whiteBalance(new QCheckBox(tr("Automatic &white balance"), this))
     , correction(new QCheckBox(tr("C&olour correction"), this))

@@ -18,11 +18,10 @@ class ColorPanel : public QWidget
     Q_OBJECT
 
 public:
-    explicit ColorPanel(ProcessingModel& model, QWidget* parent = nullptr);
+    explicit ColorPanel(ProcessingModel& edited, QWidget* parent = nullptr);
 
 private:
-    struct Row
-    {
+    struct Row {
         SpinRow* row;
         double ImgCorrectionSettings::*field;
     };

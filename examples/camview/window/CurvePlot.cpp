@@ -6,14 +6,15 @@
 #include <algorithm>
 #include <cmath>
 
-namespace {
+namespace
+{
 constexpr int margin = 6;
 } // namespace
 
-CurvePlot::CurvePlot(const QString& title, const QString& unit, QWidget* parent)
+CurvePlot::CurvePlot(const QString& plotTitle, const QString& plotUnit, QWidget* parent)
     : QWidget(parent)
-    , title(title)
-    , unit(unit)
+    , title(plotTitle)
+    , unit(plotUnit)
 {
     setAccessibleName(title);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
@@ -54,7 +55,8 @@ CurvePlot::Scale CurvePlot::scale() const
     const auto [low, high] = std::minmax_element(values.begin(), values.end());
     // A flat curve lies in the middle, and noise far below its level is not blown up to drama.
     const double room = std::max((*high - *low) * 0.1, std::max(std::abs(*high) * 0.05, 1e-3));
-    return {*low - room, *high + room};
+    const double bottom = *low < 0 ? *low - room : std::max(*low - room, 0.0);
+    return {bottom, *high + room};
 }
 
 QRectF CurvePlot::plotArea() const
@@ -107,7 +109,8 @@ void CurvePlot::paintCurve(QPainter& painter, const Scale& shown) const
     curve.reserve(static_cast<int>(values.size()));
     for (std::size_t i = 0; i < values.size(); ++i) {
         const double level = std::clamp(values[i], shown.low, shown.high);
-        curve.append({area.left() + double(i) * stepX, area.bottom() - (level - shown.low) * stepY});
+        curve.append(
+            {area.left() + double(i) * stepX, area.bottom() - (level - shown.low) * stepY});
     }
     painter.setPen(QPen(palette().color(QPalette::Highlight), 1.5));
     painter.drawPolyline(curve);

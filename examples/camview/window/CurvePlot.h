@@ -12,8 +12,8 @@ class CurvePlot : public QWidget
     Q_OBJECT
 
 public:
-    /// \param unit text behind numbers, such as " ms"
-    CurvePlot(const QString& title, const QString& unit, QWidget* parent = nullptr);
+    /// \param plotUnit text behind numbers, such as " ms"
+    CurvePlot(const QString& plotTitle, const QString& plotUnit, QWidget* parent = nullptr);
 
     /// Scales to \p low ... \p high; without a range the plot scales to its values.
     void setRange(double low, double high);
@@ -32,8 +32,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    struct Scale
-    {
+    struct Scale {
         double low;
         double high;
     };

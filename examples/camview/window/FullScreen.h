@@ -10,7 +10,10 @@ class QWidget;
 class FullScreen
 {
 public:
-    explicit FullScreen(QMainWindow& window) : window(window) {}
+    explicit FullScreen(QMainWindow& mainWindow)
+        : window(mainWindow)
+    {
+    }
 
     bool isOn() const { return on; }
     void enter();

@@ -6,7 +6,8 @@
 
 #include <QHBoxLayout>
 
-namespace {
+namespace
+{
 
 constexpr int refreshMs = 100;
 

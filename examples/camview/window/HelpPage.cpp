@@ -5,10 +5,10 @@
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
-namespace {
-
-struct Gesture
+namespace
 {
+
+struct Gesture {
     const char* what;
     const char* does;
 };

@@ -4,7 +4,8 @@
 
 #include <QScrollBar>
 
-namespace {
+namespace
+{
 
 constexpr int narrowBins = 256;
 
@@ -40,14 +41,16 @@ void HistogramPanel::adoptWidth(int)
 void HistogramPanel::showHistograms(const Histograms& newest)
 {
     // The box copies the arrays and does not write to them.
-    const auto data = [](const std::vector<int>& bins) { return const_cast<int*>(bins.data()); };
+    const auto writable = [](const std::vector<int>& bins) {
+        return const_cast<int*>(bins.data());
+    };
     const bool reduce = !wide && newest.raw.size() > narrowBins;
     if (reduce)
         narrow(newest.raw, narrowed);
     const std::vector<int>& raw = reduce ? narrowed : newest.raw;
-    int* second = newest.colour ? data(newest.channels[1]) : nullptr;
-    int* third = newest.colour ? data(newest.channels[2]) : nullptr;
-    box->previewHistogram(static_cast<int>(raw.size()), data(raw), data(newest.channels[0]),
+    int* second = newest.colour ? writable(newest.channels[1]) : nullptr;
+    int* third = newest.colour ? writable(newest.channels[2]) : nullptr;
+    box->previewHistogram(static_cast<int>(raw.size()), writable(raw), writable(newest.channels[0]),
                           second, third);
 }
 

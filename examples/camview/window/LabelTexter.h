@@ -9,7 +9,10 @@
 class LabelTexter : public ISetTexter
 {
 public:
-    explicit LabelTexter(QLabel* label) : label(label) {}
+    explicit LabelTexter(QLabel* shownIn)
+        : label(shownIn)
+    {
+    }
 
     void setText(const QString& text) override
     {

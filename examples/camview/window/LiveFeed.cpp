@@ -2,7 +2,8 @@
 
 #include "aids/ClippingMask.h"
 
-namespace {
+namespace
+{
 
 /// The picture as an image. FrameEx2::getImage copies packed rows as one block, which fits images
 /// whose rows are multiples of 4 bytes; other widths are copied row by row.
@@ -74,8 +75,7 @@ void LiveFeed::fill(LivePicture& picture, const ProcessedFrame& frame) const
     else
         picture.toneTable.clear();
     if (clippingWanted)
-        clippingMask(RawPicture(picture.raw, picture.flippedH, picture.flippedV),
-                     picture.clipping);
+        clippingMask(RawPicture(picture.raw, picture.flippedH, picture.flippedV), picture.clipping);
     else
         picture.clipping = QImage();
 }
@@ -102,9 +102,12 @@ void LiveFeed::writeGraphs(const ProcessedFrame& frame)
 {
     const std::chrono::nanoseconds arrival = frame.source.stamp.hostTime;
     const std::chrono::duration<double> distance = arrival - lastArrival;
-    if (lastArrival.count() != 0 && distance.count() > 0)
-        graphs.rate.write(1.0 / distance.count());
     lastArrival = arrival;
+    // Single distances jitter by the host's scheduling: the mean of about ten frames is shown.
+    if (distance.count() > 0 && distance.count() < 10.0) {
+        meanDistance += (distance.count() - meanDistance) * (meanDistance == 0 ? 1.0 : 0.1);
+        graphs.rate.write(1.0 / meanDistance);
+    }
     graphs.processing.write(frame.times.total());
     graphs.tone.write(frame.times.tone);
     if (frame.newHistograms)

@@ -6,7 +6,7 @@
 #include <QObject>
 
 #include <AppComponents/log/CLogAccessor.h>
-#include <AppComponents/log/CValSeqWriterAccessor.h>
+#include <AppComponents/log/SubLogAccessor.h>
 
 #include <atomic>
 #include <memory>
@@ -43,8 +43,7 @@ signals:
     void streamEvent(int event, const QString& detail);
 
 private:
-    struct Graphs
-    {
+    struct Graphs {
         CLogAccessor log;
         CValSeqWriterAccessor rate{log, L"Frame rate, fps"};
         CValSeqWriterAccessor processing{log, L"Processing, ms"};
@@ -67,4 +66,5 @@ private:
 
     Graphs graphs;
     std::chrono::nanoseconds lastArrival{0};
+    double meanDistance = 0.0; // seconds between frames
 };

@@ -9,11 +9,10 @@
 #include <vector>
 
 /// Everything the window needs of one frame, detached from the threads that made it.
-struct LivePicture
-{
+struct LivePicture {
     TFrameParams params; ///< where the shown picture lies on the sensor, and how it is mirrored
     QSharedPointer<QImage> image;
-    FrameEx2 raw; ///< the samples as the camera sent them
+    FrameEx2 raw;          ///< the samples as the camera sent them
     bool flippedH = false; ///< the picture is shown mirrored against raw
     bool flippedV = false;
     bool mosaic = false;

@@ -4,7 +4,8 @@
 
 #include <QFontDatabase>
 
-namespace {
+namespace
+{
 constexpr int drainMs = 100;
 constexpr int keptLines = 5000;
 } // namespace

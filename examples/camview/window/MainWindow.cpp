@@ -28,7 +28,8 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
-namespace {
+namespace
+{
 
 constexpr int counterMs = 250;
 
@@ -150,9 +151,8 @@ void MainWindow::connectAids()
     connect(docks->measure, &MeasurePanel::areaRequested, &area->measureFrame(),
             &MeasureFrame::setArea);
     connect(actions->wideHistogram, &QAction::toggled, docks->histogram, &HistogramPanel::setWide);
-    connect(actions->stretch, &QAction::toggled, this, [this](bool on) {
-        model.change([on](ProcessingSettings& s) { s.autoStretch = on; });
-    });
+    connect(actions->stretch, &QAction::toggled, this,
+            [this](bool on) { model.change([on](ProcessingSettings& s) { s.autoStretch = on; }); });
 }
 
 void MainWindow::connectCommands()
@@ -164,10 +164,7 @@ void MainWindow::connectCommands()
     connect(actions->rawSnapshot, &QAction::triggered, this, [this] { saveSnapshot(true); });
     connect(actions->quit, &QAction::triggered, this, &QWidget::close);
     connect(actions->copyPicture, &QAction::triggered, &view, &Viewer::copyImageToBuffer);
-    connect(actions->fit, &QAction::triggered, this, [&view] {
-        view.setMinZoom();
-        emit view.showZoom(static_cast<float>(view.transform().m11()));
-    });
+    connect(actions->fit, &QAction::triggered, area, &PictureArea::fit);
     connect(actions->actualSize, &QAction::triggered, this, [&view] {
         // The step leaves the fitted state, so that a resize keeps the zoom.
         view.scaleView(1.0 / view.transform().m11());
@@ -316,8 +313,8 @@ void MainWindow::saveSnapshot(bool raw)
         return;
     const QString stamp =
         QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
-    const QString fileName = QStringLiteral("%1/camview-%2.%3")
-                                 .arg(options.outputFolder, stamp, raw ? "raw" : "png");
+    const QString fileName =
+        QStringLiteral("%1/camview-%2.%3").arg(options.outputFolder, stamp, raw ? "raw" : "png");
     const QString complaint = raw ? saveRawSnapshot(newest->raw, fileName)
                                   : savePictureSnapshot(*newest->image, fileName);
     if (!complaint.isEmpty()) {

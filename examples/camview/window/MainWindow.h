@@ -24,9 +24,10 @@ class WindowActions;
 
 /// How the window is to start.
 struct WindowOptions {
-    QString settingsRoot;        ///< folder of the settings of all cameras
-    QString outputFolder;        ///< where snapshots and recordings go
-    bool restoreSettings = true; ///< false: start with defaults, keep the saved settings as they are
+    QString settingsRoot; ///< folder of the settings of all cameras
+    QString outputFolder; ///< where snapshots and recordings go
+    bool restoreSettings =
+        true; ///< false: start with defaults, keep the saved settings as they are
 };
 
 /// The window: it builds the parts and connects them. What a part does stands in its own class.

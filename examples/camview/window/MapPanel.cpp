@@ -8,7 +8,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-namespace {
+namespace
+{
 constexpr int picturesPerDrawing = 15; // the map gives an overview, not the motion
 }
 
@@ -51,11 +52,8 @@ void MapPanel::setSettings(const CameraSettings& settings)
     const SensorRegion& region = settings.region;
     map->setFlipping(settings.mirrorH, settings.mirrorV);
     map->setViewport(region.x, region.y, region.width, region.height);
-    label->setText(tr("%1 × %2 at %3, %4")
-                       .arg(region.width)
-                       .arg(region.height)
-                       .arg(region.x)
-                       .arg(region.y));
+    label->setText(
+        tr("%1 × %2 at %3, %4").arg(region.width).arg(region.height).arg(region.x).arg(region.y));
     picturesUntilDrawn = 0;
 }
 

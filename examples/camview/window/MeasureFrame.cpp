@@ -7,7 +7,8 @@
 
 #include <algorithm>
 
-namespace {
+namespace
+{
 constexpr double handlePixels = 9.0; // on the screen, whatever the zoom
 constexpr int smallestSide = 2;
 } // namespace
@@ -44,10 +45,10 @@ void MeasureFrame::setArea(const QRect& wanted)
 QRect MeasureFrame::fitted(QRect wanted) const
 {
     wanted = wanted.normalized();
-    wanted.setWidth(std::clamp(wanted.width(), smallestSide,
-                               std::max(pictureSize.width(), smallestSide)));
-    wanted.setHeight(std::clamp(wanted.height(), smallestSide,
-                                std::max(pictureSize.height(), smallestSide)));
+    wanted.setWidth(
+        std::clamp(wanted.width(), smallestSide, std::max(pictureSize.width(), smallestSide)));
+    wanted.setHeight(
+        std::clamp(wanted.height(), smallestSide, std::max(pictureSize.height(), smallestSide)));
     const int right = std::max(pictureSize.width() - wanted.width(), 0);
     const int bottom = std::max(pictureSize.height() - wanted.height(), 0);
     wanted.moveTo(std::clamp(wanted.x(), 0, right), std::clamp(wanted.y(), 0, bottom));
@@ -76,8 +77,8 @@ void MeasureFrame::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWi
     painter->drawRect(outline);
 
     const double side = handleSize();
-    for (const QPointF& corner : {outline.topLeft(), outline.topRight(), outline.bottomLeft(),
-                                  outline.bottomRight()}) {
+    for (const QPointF& corner :
+         {outline.topLeft(), outline.topRight(), outline.bottomLeft(), outline.bottomRight()}) {
         const QRectF handle(corner - QPointF(side, side) / 2, QSizeF(side, side));
         painter->fillRect(handle, QColor(90, 230, 120));
     }

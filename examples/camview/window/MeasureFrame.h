@@ -19,8 +19,7 @@ public:
     QRect getArea() const { return area; }
 
     QRectF boundingRect() const override;
-    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option,
-               QWidget* widget) override;
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 signals:
     /// The rectangle has changed, in picture pixels.

@@ -43,8 +43,8 @@ MeasurePanel::MeasurePanel(QWidget* parent)
         edges[i]->setToolTip(names[i]);
         areaRow->addWidget(edges[i]);
         connect(edges[i], QOverload<int>::of(&QSpinBox::valueChanged), this, [this] {
-            emit areaRequested({edges[0]->value(), edges[1]->value(), edges[2]->value(),
-                                edges[3]->value()});
+            emit areaRequested(
+                {edges[0]->value(), edges[1]->value(), edges[2]->value(), edges[3]->value()});
         });
     }
     auto* layout = new QHBoxLayout(this);

@@ -5,10 +5,10 @@
 #include <QStyle>
 #include <QStyleFactory>
 
-namespace {
-
-struct Tones
+namespace
 {
+
+struct Tones {
     QRgb window;
     QRgb base;
     QRgb button;
@@ -18,7 +18,7 @@ struct Tones
 };
 
 constexpr Tones light = {0xFFF2F3F5, 0xFFFFFFFF, 0xFFE6E8EB, 0xFF1C1E21, 0xFF73777D, 0xFF1F6FB5};
-constexpr Tones dark = {0xFF26282B, 0xFF1B1D1F, 0xFF34373B, 0xFFE6E7E9, 0xFF9498A0, 0xFF4DA3E8};
+constexpr Tones dark = {0xFF33363B, 0xFF202225, 0xFF41454B, 0xFFE6E7E9, 0xFF9498A0, 0xFF4DA3E8};
 
 QPalette paletteOf(const Tones& tones)
 {
@@ -61,8 +61,8 @@ void applyColorScheme(ColorScheme scheme)
         return;
     }
     // Only Fusion takes every colour from the palette.
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(paletteOf(scheme == ColorScheme::Dark ? dark : light));
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
 }
 
 QString nameOf(ColorScheme scheme)

@@ -14,8 +14,10 @@
 #include <QDockWidget>
 #include <QMainWindow>
 #include <QScrollArea>
+#include <QScrollBar>
 
-namespace {
+namespace
+{
 
 /// Lets a panel be smaller than its content on a small screen.
 QWidget* scrolling(QWidget* panel)
@@ -26,6 +28,9 @@ QWidget* scrolling(QWidget* panel)
     area->setWidget(panel);
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setMinimumWidth(panel->minimumSizeHint().width() +
+                          area->verticalScrollBar()->sizeHint().width());
     return area;
 }
 
@@ -73,7 +78,8 @@ void PanelDocks::arrange()
     for (QDockWidget* dock : {toneDock, colorDock, processingDock})
         window.tabifyDockWidget(cameraDock, dock);
     cameraDock->raise();
-    addDock(Qt::RightDockWidgetArea, "histogram", tr("Histograms"), histogram);
+    QDockWidget* histogramDock =
+        addDock(Qt::RightDockWidgetArea, "histogram", tr("Histograms"), histogram);
 
     QDockWidget* graphsDock = addDock(Qt::BottomDockWidgetArea, "graphs", tr("Graphs"), graphs);
     QDockWidget* measureDock =
@@ -82,7 +88,8 @@ void PanelDocks::arrange()
     window.tabifyDockWidget(graphsDock, measureDock);
     window.tabifyDockWidget(graphsDock, logDock);
     graphsDock->raise();
-    window.resizeDocks({graphsDock}, {150}, Qt::Vertical);
+    window.resizeDocks({graphsDock}, {170}, Qt::Vertical);
+    window.resizeDocks({cameraDock, histogramDock}, {280, 520}, Qt::Vertical);
 }
 
 std::vector<QAction*> PanelDocks::switches() const

@@ -14,7 +14,7 @@ PictureArea::PictureArea(QWidget* parent)
     layout->addWidget(view);
 
     view->setAccessibleName(tr("Live picture"));
-    view->setBackground(QColor(40, 42, 45));
+    darkenSurroundings();
     view->setFrameShape(QFrame::NoFrame);
     view->viewport()->setMouseTracking(true);
     view->viewport()->installEventFilter(this);
@@ -31,6 +31,15 @@ PictureArea::PictureArea(QWidget* parent)
         emit rulerShown(shown);
         emit rulerChanged(rulerLine());
     });
+}
+
+void PictureArea::darkenSurroundings()
+{
+    // Viewer::setBackground is for windows with a style sheet of their own: it colours the scroll
+    // bars, too.
+    QPalette colors = view->viewport()->palette();
+    colors.setColor(QPalette::Base, QColor(40, 42, 45));
+    view->viewport()->setPalette(colors);
 }
 
 PictureArea::~PictureArea()
@@ -52,12 +61,23 @@ void PictureArea::setSensorSize(int width, int height)
 
 void PictureArea::showPicture(const LivePicture& picture)
 {
-    view->viewFrame(picture.params, picture.image, picture.stamp.hostTime.count());
     const QSize size = picture.image->size();
+    // A fitted view stays fitted when the region changes. It is then the one without a drag mode.
+    const bool refit =
+        size != view->getBitmap().size() && view->dragMode() == QGraphicsView::NoDrag;
+    view->viewFrame(picture.params, picture.image, picture.stamp.hostTime.count());
+    if (refit)
+        fit();
     crossHair.setPictureSize(size);
     measure.setPictureSize(size);
     if (clipping.isVisible())
         clipping.setMask(picture.clipping);
+}
+
+void PictureArea::fit()
+{
+    view->setMinZoom();
+    emit view->showZoom(static_cast<float>(view->transform().m11())); // it says nothing itself
 }
 
 QLineF PictureArea::rulerLine()

@@ -30,6 +30,8 @@ public:
     QLineF rulerLine();
 
 public slots:
+    /// Shows the whole picture, and keeps to it when the window or the region is resized.
+    void fit();
     void showRuler(bool shown);
     void showCrossHair(bool shown);
     void showClipping(bool shown);
@@ -46,6 +48,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void darkenSurroundings();
     void placeRuler();
     void reportHover(const QPoint& viewPoint);
 

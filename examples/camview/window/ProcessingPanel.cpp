@@ -8,9 +8,9 @@
 #include <QFormLayout>
 #include <QSpinBox>
 
-ProcessingPanel::ProcessingPanel(ProcessingModel& model, QWidget* parent)
+ProcessingPanel::ProcessingPanel(ProcessingModel& edited, QWidget* parent)
     : QWidget(parent)
-    , model(model)
+    , model(edited)
     , average(new QSpinBox(this))
     , median(new QCheckBox(tr("Median &filter"), this))
     , bypass(new QCheckBox(tr("B&ypass the filters"), this))

@@ -13,7 +13,7 @@ class ProcessingPanel : public QWidget
     Q_OBJECT
 
 public:
-    explicit ProcessingPanel(ProcessingModel& model, QWidget* parent = nullptr);
+    explicit ProcessingPanel(ProcessingModel& edited, QWidget* parent = nullptr);
 
 private:
     void connectControls();

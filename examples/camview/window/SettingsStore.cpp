@@ -11,7 +11,8 @@
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
-namespace {
+namespace
+{
 
 constexpr char imageFile[] = "image.xml";
 constexpr char windowFile[] = "window.json";

@@ -14,8 +14,7 @@
 class SettingsStore
 {
 public:
-    struct Content
-    {
+    struct Content {
         ImgCorrectionSettings image;
         QJsonObject window;
         /// One line for the user for each file that was damaged.

@@ -8,7 +8,8 @@
 #include <QHBoxLayout>
 #include <QToolButton>
 
-namespace {
+namespace
+{
 
 constexpr int sliderSteps = 400;
 constexpr int commitMs = 30;
@@ -20,9 +21,9 @@ QString threeDecimals(double value)
 
 } // namespace
 
-SliderRow::SliderRow(const QString& title, double low, double high, double normal, QWidget* parent)
+SliderRow::SliderRow(const QString& name, double low, double high, double normal, QWidget* parent)
     : QWidget(parent)
-    , title(title)
+    , title(name)
     , slider(new DoubleSlider(this))
 {
     slider->setOrientation(Qt::Horizontal);
@@ -33,7 +34,7 @@ SliderRow::SliderRow(const QString& title, double low, double high, double norma
     slider->setDelay(commitMs);
     slider->setMinimumWidth(80);
     slider->setMinimumHeight(26); // leaves the marker of the default room above the groove
-    slider->setAccessibleName(QString(title).remove(QLatin1Char('&')));
+    slider->setAccessibleName(QString(name).remove(QLatin1Char('&')));
 
     auto* valueLabel = new QLabel(this);
     valueLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);

@@ -11,8 +11,8 @@ class SliderRow : public QWidget
     Q_OBJECT
 
 public:
-    /// \param title what the slider sets, with a mnemonic
-    SliderRow(const QString& title, double low, double high, double normal,
+    /// \param name what the slider sets, with a mnemonic
+    SliderRow(const QString& name, double low, double high, double normal,
               QWidget* parent = nullptr);
 
     /// Adds the row under its title; the title's mnemonic leads to the slider.

@@ -6,18 +6,19 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 
-namespace {
+namespace
+{
 constexpr int sliderSteps = 500;
 constexpr int commitMs = 60; // while the handle is held
 } // namespace
 
-SpinRow::SpinRow(const QString& title, const QString& unit, const Range& range, QWidget* parent)
+SpinRow::SpinRow(const QString& name, const QString& unit, const Range& range, QWidget* parent)
     : QWidget(parent)
-    , title(title)
+    , title(name)
     , spinBox(new QDoubleSpinBox(this))
     , slider(new DoubleSliderView(this))
 {
-    const QString plainTitle = QString(title).remove(QLatin1Char('&'));
+    const QString plainTitle = QString(name).remove(QLatin1Char('&'));
     spinBox->setSuffix(unit);
     spinBox->setAccessibleName(plainTitle);
     spinBox->setKeyboardTracking(false);

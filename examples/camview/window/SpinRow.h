@@ -15,17 +15,16 @@ class SpinRow : public QWidget
     Q_OBJECT
 
 public:
-    struct Range
-    {
+    struct Range {
         ScaleMapper::Scale scale = ScaleMapper::Scale::Linear;
         double low = 0.0;
         double high = 1.0;
         double normal = 0.0;
     };
 
-    /// \param title what the slider sets, with a mnemonic
+    /// \param name what the slider sets, with a mnemonic
     /// \param unit  text behind the number, such as " ms"
-    SpinRow(const QString& title, const QString& unit, const Range& range,
+    SpinRow(const QString& name, const QString& unit, const Range& range,
             QWidget* parent = nullptr);
 
     /// Adds the row under its title; the title's mnemonic leads to the spin box.

@@ -43,8 +43,8 @@ void StatusPanel::showCounters(const SessionCounters& now)
 
 void StatusPanel::showPixel(const QPoint& point, const LivePicture* picture)
 {
-    const bool inside = picture != nullptr && picture->image &&
-                        picture->image->rect().contains(point);
+    const bool inside =
+        picture != nullptr && picture->image && picture->image->rect().contains(point);
     if (!inside) {
         pixel->clear();
         return;

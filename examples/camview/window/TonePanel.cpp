@@ -5,18 +5,20 @@
 #include "SliderRow.h"
 
 #include <AppComponents/analysis/LUTPlot.h>
+#include <AppComponents/imgproc/ImgCorrectionLimits.h>
 
 #include <QCheckBox>
 #include <QFormLayout>
 #include <QVBoxLayout>
 
-namespace {
+namespace
+{
 const ImgCorrectionLimits limits;
 } // namespace
 
-TonePanel::TonePanel(ProcessingModel& model, QWidget* parent)
+TonePanel::TonePanel(ProcessingModel& edited, QWidget* parent)
     : QWidget(parent)
-    , model(model)
+    , model(edited)
     , applyTable(new QCheckBox(tr("Apply the &table"), this))
     , autoStretch(new QCheckBox(tr("Automatic &stretch"), this))
     , brightness(new SliderRow(tr("&Brightness"), limits.brightnessMin, limits.brightnessMax, 0.0))
@@ -50,9 +52,8 @@ void TonePanel::connectControls()
     connect(applyTable, &QCheckBox::toggled, this, [this](bool on) {
         model.change([on](ProcessingSettings& s) { s.correction.setFlag(CS_APPLY_LUT, on); });
     });
-    connect(autoStretch, &QCheckBox::toggled, this, [this](bool on) {
-        model.change([on](ProcessingSettings& s) { s.autoStretch = on; });
-    });
+    connect(autoStretch, &QCheckBox::toggled, this,
+            [this](bool on) { model.change([on](ProcessingSettings& s) { s.autoStretch = on; }); });
 
     const auto edits = [this](SliderRow* row, double ImgCorrectionSettings::*field) {
         connect(row, &SliderRow::valueChanged, this, [this, field](double value) {

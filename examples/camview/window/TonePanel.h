@@ -18,7 +18,7 @@ class TonePanel : public QWidget
     Q_OBJECT
 
 public:
-    explicit TonePanel(ProcessingModel& model, QWidget* parent = nullptr);
+    explicit TonePanel(ProcessingModel& edited, QWidget* parent = nullptr);
 
     /// Plots the table with which the picture was made.
     void showPicture(const LivePicture& picture);

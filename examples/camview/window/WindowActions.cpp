@@ -6,7 +6,8 @@
 #include <QToolBar>
 #include <QWidget>
 
-namespace {
+namespace
+{
 
 QAction* command(QWidget* window, const char* name, const QString& text,
                  const QKeySequence& shortcut = {}, const char* icon = nullptr)
@@ -17,9 +18,8 @@ QAction* command(QWidget* window, const char* name, const QString& text,
     if (icon != nullptr)
         action->setIcon(QIcon(QStringLiteral(":/camview/icons/%1.svg").arg(QLatin1String(icon))));
     if (!shortcut.isEmpty())
-        action->setToolTip(
-            QStringLiteral("%1 (%2)").arg(QString(text).remove(QLatin1Char('&')),
-                                          shortcut.toString(QKeySequence::NativeText)));
+        action->setToolTip(QStringLiteral("%1 (%2)").arg(
+            QString(text).remove(QLatin1Char('&')), shortcut.toString(QKeySequence::NativeText)));
     // Without this the shortcuts would go when full screen hides the menus.
     window->addAction(action);
     return action;
