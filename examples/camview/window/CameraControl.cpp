@@ -22,7 +22,7 @@ void CameraControl::open(std::unique_ptr<Camera> camera)
     cameraInfo = camera->info();
     current = camera->settings();
     session = std::make_unique<LiveSession>(std::move(camera), observer);
-    session->setProcessing(processing);
+    passProcessing();
     emit opened();
     emit settingsChanged(current);
     session->start(Delivery::NewestWins);
@@ -48,8 +48,18 @@ PlaybackControl* CameraControl::playback()
 void CameraControl::setProcessing(const ProcessingSettings& settings)
 {
     processing = settings;
-    if (session)
-        session->setProcessing(settings);
+    passProcessing();
+}
+
+void CameraControl::passProcessing()
+{
+    if (!session)
+        return;
+    session->setProcessing(processing);
+    // These two work in the frame's own samples, which the window measures.
+    ImgCorrectionSettings& correction = processing.correction;
+    session->keepRaw(correction.isFlagSet(CS_MEDIAN_FILTER) || correction.flipH ||
+                     correction.flipV);
 }
 
 void CameraControl::countShown()

@@ -48,6 +48,7 @@ signals:
     void settingsChanged(const CameraSettings& settings);
 
 private:
+    void passProcessing();
     void applyRequestedRegion();
 
     SessionObserver& observer;

@@ -54,9 +54,11 @@ void LiveFeed::setFlips(bool horizontally, bool vertically)
 
 void LiveFeed::fill(LivePicture& picture, const ProcessedFrame& frame) const
 {
-    const FrameEx2& raw = frame.source.raw;
+    // The samples as the camera sent them, where processing had to touch the frame's own.
+    const bool copied = frame.untouched != nullptr;
+    const FrameEx2& raw = copied ? frame.untouched->raw : frame.source.raw;
     // Without processing the raw frame itself is the picture, and was mirrored itself.
-    const bool separate = &frame.picture != &raw;
+    const bool separate = copied || &frame.picture != &raw;
     picture.image = imageOf(frame.picture);
     copySamples(raw, picture.raw);
     picture.params = raw.params;

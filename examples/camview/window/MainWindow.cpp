@@ -9,6 +9,7 @@
 #include "Palettes.h"
 #include "PanelDocks.h"
 #include "PictureArea.h"
+#include "RecordingPanel.h"
 #include "SettingsJson.h"
 #include "SourceBar.h"
 #include "StatusPanel.h"
@@ -60,6 +61,7 @@ MainWindow::MainWindow(const WindowOptions& windowOptions)
     buildCentre();
     connectView();
     connectCamera();
+    connectRecording();
     connectAids();
     connectCommands();
     connectColors();
@@ -122,6 +124,27 @@ void MainWindow::connectCamera()
     connect(&counterTimer, &QTimer::timeout, this,
             [this] { status->showCounters(control.counters()); });
     counterTimer.start(counterMs);
+}
+
+void MainWindow::connectRecording()
+{
+    docks->recording->setRecordAction(actions->record);
+    docks->recording->setFolder(options.outputFolder);
+    connect(actions->record, &QAction::triggered, this, [this](bool on) {
+        if (on)
+            recording.start(docks->recording->request());
+        else
+            recording.stop();
+        actions->record->setChecked(recording.isRunning());
+    });
+    connect(docks->recording, &RecordingPanel::preTriggerChanged, &recording,
+            &RecordingControl::setPreTrigger);
+    connect(&recording, &RecordingControl::runningChanged, actions->record, &QAction::setChecked);
+    connect(&recording, &RecordingControl::runningChanged, &area->liveView(),
+            &Viewer::showRecordVideo);
+    connect(&recording, &RecordingControl::statusChanged, docks->recording,
+            &RecordingPanel::showStatus);
+    connect(&recording, &RecordingControl::failed, this, &MainWindow::tell);
 }
 
 void MainWindow::connectAids()
@@ -350,6 +373,7 @@ SettingsStore::Content MainWindow::currentContent()
                       {"colors", colors},
                       {"switches", switches},
                       {"camera", toJson(control.settings())},
+                      {"recording", docks->recording->save()},
                       {"processing", toJson(model.settings())},
                       {"magnification", docks->measure->magnification()},
                       {"unit", docks->measure->unit()}};
@@ -381,6 +405,7 @@ void MainWindow::restore(const SettingsStore::Content& content)
     const QJsonObject switches = window["switches"].toObject();
     for (QAction* action : actions->keptSwitches())
         action->setChecked(switches[action->objectName()].toBool());
+    docks->recording->restore(window["recording"].toObject());
     if (window.contains("unit"))
         docks->measure->setScale(window["magnification"].toDouble(1.0), window["unit"].toString());
     for (const QString& complaint : content.complaints)
@@ -391,6 +416,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
 {
     fullScreen.leave();
     saveSettings();
+    recording.stop();
     control.close();
     QMainWindow::closeEvent(event);
 }

@@ -4,6 +4,7 @@
 #include "FullScreen.h"
 #include "LiveFeed.h"
 #include "ProcessingModel.h"
+#include "RecordingControl.h"
 #include "SettingsStore.h"
 
 #include <QMainWindow>
@@ -46,6 +47,7 @@ public:
     void useCamera(std::unique_ptr<Camera> camera, const QString& source);
 
     CameraControl& cameraControl() { return control; }
+    RecordingControl& recordingControl() { return recording; }
     ProcessingModel& processingModel() { return model; }
     PictureArea& pictureArea() { return *area; }
     PanelDocks& panels() { return *docks; }
@@ -69,6 +71,7 @@ private:
     void buildCentre();
     void connectView();
     void connectCamera();
+    void connectRecording();
     void connectAids();
     void connectCommands();
     void connectColors();
@@ -90,6 +93,7 @@ private:
     ProcessingModel model;
     LiveFeed feed;
     CameraControl control; // after the feed: its threads end before the feed is gone
+    RecordingControl recording{control};
     FullScreen fullScreen{*this};
     std::optional<SettingsStore> store;
 

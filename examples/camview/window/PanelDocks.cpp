@@ -8,6 +8,7 @@
 #include "MapPanel.h"
 #include "MeasurePanel.h"
 #include "ProcessingPanel.h"
+#include "RecordingPanel.h"
 #include "TonePanel.h"
 
 #include <QAction>
@@ -44,6 +45,7 @@ PanelDocks::PanelDocks(QMainWindow& mainWindow, ProcessingModel& model)
     , processing(new ProcessingPanel(model))
     , histogram(new HistogramPanel)
     , map(new MapPanel)
+    , recording(new RecordingPanel)
     , graphs(new GraphsPanel)
     , log(new LogPanel)
     , measure(new MeasurePanel)
@@ -70,6 +72,7 @@ void PanelDocks::arrange()
     window.setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
 
     addDock(Qt::LeftDockWidgetArea, "map", tr("Sensor"), map);
+    addDock(Qt::LeftDockWidgetArea, "recording", tr("Recording"), recording);
     QDockWidget* cameraDock = addDock(Qt::RightDockWidgetArea, "camera", tr("Camera"), camera);
     QDockWidget* toneDock = addDock(Qt::RightDockWidgetArea, "tone", tr("Tone"), tone);
     QDockWidget* colorDock = addDock(Qt::RightDockWidgetArea, "color", tr("Colour"), color);

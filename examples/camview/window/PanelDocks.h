@@ -14,6 +14,7 @@ class MapPanel;
 class MeasurePanel;
 class ProcessingModel;
 class ProcessingPanel;
+class RecordingPanel;
 class QAction;
 class QDockWidget;
 class QMainWindow;
@@ -33,6 +34,7 @@ public:
     ProcessingPanel* const processing;
     HistogramPanel* const histogram;
     MapPanel* const map;
+    RecordingPanel* const recording;
     GraphsPanel* const graphs;
     LogPanel* const log;
     MeasurePanel* const measure;

@@ -1,6 +1,7 @@
 #include "SettingsStore.h"
 
-#include <QBuffer>
+#include "core/SettingsFile.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -8,26 +9,12 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 #include <QUrl>
-#include <QXmlStreamReader>
-#include <QXmlStreamWriter>
 
 namespace
 {
 
 constexpr char imageFile[] = "image.xml";
 constexpr char windowFile[] = "window.json";
-
-/// Whole and ours: the library's reader keeps what it read before a break, which is right for a
-/// hand-edited file and wrong for a torn one.
-bool isWholeSettingsFile(const QByteArray& text)
-{
-    QXmlStreamReader reader(text);
-    const bool ours =
-        reader.readNextStartElement() && reader.name() == QLatin1String("ImgCorrectionSettings");
-    while (!reader.atEnd())
-        reader.readNext();
-    return ours && !reader.hasError();
-}
 
 /// Moves a damaged file out of the way. \return the line that tells the user
 QString keepAside(const QString& fileName)
@@ -52,15 +39,6 @@ QString writeWhole(const QString& fileName, const QByteArray& content)
     return QStringLiteral("Cannot save settings to %1: %2").arg(fileName, file.errorString());
 }
 
-QByteArray imageXml(const ImgCorrectionSettings& settings)
-{
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    QXmlStreamWriter writer(&buffer);
-    ImgCorrectionSettings::saveSettings(writer, settings);
-    return buffer.data();
-}
-
 } // namespace
 
 SettingsStore::SettingsStore(const QString& root, const QString& camera)
@@ -83,15 +61,14 @@ QString SettingsStore::fileName(const char* name) const
 
 QString SettingsStore::loadImage(ImgCorrectionSettings& settings) const
 {
-    QFile file(fileName(imageFile));
-    if (!file.open(QIODevice::ReadOnly))
+    const QString name = fileName(imageFile);
+    if (!QFile::exists(name))
         return {};
-    const QByteArray text = file.readAll();
-    file.close();
-    if (!isWholeSettingsFile(text))
-        return keepAside(file.fileName());
-    QXmlStreamReader reader(text);
-    ImgCorrectionSettings::readSettings(reader, settings);
+    // The library's reader keeps what it read before a break, which is right for a file edited
+    // by hand and wrong for a torn one.
+    if (!isSettingsFile(name))
+        return keepAside(name);
+    ImgCorrectionSettings::readSettings(name, settings);
     return {};
 }
 
@@ -120,8 +97,9 @@ QString SettingsStore::save(const Content& content) const
 {
     if (!QDir().mkpath(path))
         return QStringLiteral("Cannot save settings: the folder %1 cannot be made.").arg(path);
-    const QString complaint = writeWhole(fileName(imageFile), imageXml(content.image));
+    const QString name = fileName(imageFile);
+    const QString complaint = writeSettingsFile(name, content.image);
     if (!complaint.isEmpty())
-        return complaint;
+        return QStringLiteral("Cannot save settings to %1: %2").arg(name, complaint);
     return writeWhole(fileName(windowFile), QJsonDocument(content.window).toJson());
 }

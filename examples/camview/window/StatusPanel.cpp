@@ -32,13 +32,15 @@ QLabel* StatusPanel::addPiece(const QString& name, const QString& widest)
 
 void StatusPanel::showCounters(const SessionCounters& now)
 {
-    counters->setText(tr("received %1  processed %2  shown %3  dropped %4  lost %5  incomplete %6")
-                          .arg(now.received)
-                          .arg(now.processed)
-                          .arg(now.shown)
-                          .arg(now.dropped)
-                          .arg(now.camera.lost)
-                          .arg(now.camera.incomplete));
+    counters->setText(
+        tr("received %1  processed %2  shown %3  recorded %4  dropped %5  lost %6  incomplete %7")
+            .arg(now.received)
+            .arg(now.processed)
+            .arg(now.shown)
+            .arg(now.recorded)
+            .arg(now.dropped)
+            .arg(now.camera.lost)
+            .arg(now.camera.incomplete));
 }
 
 void StatusPanel::showPixel(const QPoint& point, const LivePicture* picture)

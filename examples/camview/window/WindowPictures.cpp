@@ -16,7 +16,7 @@
 namespace
 {
 
-constexpr int patienceMs = 20000;
+constexpr int patienceMs = 60000;
 
 /// Lets the window run until it has shown some more pictures, so that graphs have curves.
 bool runFor(MainWindow& window, std::uint64_t pictures)
@@ -42,7 +42,7 @@ bool writeDocks(MainWindow& window, const QString& folder)
     bool written = true;
     for (QDockWidget* dock : window.findChildren<QDockWidget*>()) {
         dock->raise();
-        written &= runFor(window, 10);
+        written &= runFor(window, 3);
         written &=
             write(*dock, QStringLiteral("%1/dock-%2.png").arg(folder, dock->objectName()), 1.0);
     }
@@ -59,15 +59,15 @@ int writeWindowPictures(MainWindow& window, const QString& folder)
     };
     bool written = QDir().mkpath(folder);
     actions.lightColors->trigger();
-    written &= runFor(window, 40) && write(window, file("camview-light"), 1.0);
+    written &= runFor(window, 20) && write(window, file("camview-light"), 1.0);
 
     for (QAction* aid : {actions.ruler, actions.measure, actions.crossHair, actions.clipping})
         aid->setChecked(true);
     if (auto* dock = window.findChild<QDockWidget*>(QStringLiteral("measure")))
         dock->raise();
-    written &= runFor(window, 20) && write(window, file("camview-aids"), 1.0);
+    written &= runFor(window, 5) && write(window, file("camview-aids"), 1.0);
     actions.darkColors->trigger();
-    written &= runFor(window, 20) && write(window, file("camview-dark"), 1.0);
+    written &= runFor(window, 5) && write(window, file("camview-dark"), 1.0);
     written &= write(window, file("camview-dense"), 2.0);
 
     written &= writeDocks(window, folder);

@@ -3,6 +3,7 @@
 #include "MainWindow.h"
 #include "WindowLogs.h"
 #include "WindowPictures.h"
+#include "core/Logging.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -28,14 +29,19 @@ WindowOptions windowOptions(const Options& options)
 
 int runWindow(QApplication& application, const Options& options)
 {
+    // Logging comes first: components know the logs that are there when they are made.
     registerWindowLogs();
+    if (options.logConfigFile.isEmpty())
+        setUpUserLogging();
+    else
+        setUpLogging(options.logConfigFile);
     MainWindow window(windowOptions(options));
     window.show();
     if (window.openSource(options.source)) {
         CameraControl& camera = window.cameraControl();
         camera.apply(options.camera.appliedTo(camera.settings()));
     }
-    if (options.processingGiven)
+    if (options.processingGiven || !options.settingsFile.isEmpty())
         window.processingModel().setSettings(options.processing);
     if (!options.grabFolder.isEmpty())
         return writeWindowPictures(window, options.grabFolder);
