@@ -88,8 +88,10 @@ void CurvePlot::paintTexts(QPainter& painter, const Scale& shown) const
 {
     const QRect head(margin, margin, width() - 2 * margin, fontMetrics().height());
     painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(head, Qt::AlignLeft, title);
-    painter.drawText(head, Qt::AlignRight, caption.isEmpty() ? number(values.back()) : caption);
+    const QString value = caption.isEmpty() ? number(values.back()) : caption;
+    const int room = head.width() - fontMetrics().horizontalAdvance(value) - margin;
+    painter.drawText(head, Qt::AlignRight, value);
+    painter.drawText(head, Qt::AlignLeft, fontMetrics().elidedText(title, Qt::ElideRight, room));
 
     QFont small = font();
     small.setPointSizeF(small.pointSizeF() * 0.8);

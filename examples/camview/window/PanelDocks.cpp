@@ -71,7 +71,7 @@ void PanelDocks::arrange()
     window.setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
     window.setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
 
-    addDock(Qt::LeftDockWidgetArea, "map", tr("Sensor"), map);
+    QDockWidget* mapDock = addDock(Qt::LeftDockWidgetArea, "map", tr("Sensor"), map);
     addDock(Qt::LeftDockWidgetArea, "recording", tr("Recording"), recording);
     QDockWidget* cameraDock = addDock(Qt::RightDockWidgetArea, "camera", tr("Camera"), camera);
     QDockWidget* toneDock = addDock(Qt::RightDockWidgetArea, "tone", tr("Tone"), tone);
@@ -92,6 +92,7 @@ void PanelDocks::arrange()
     window.tabifyDockWidget(graphsDock, logDock);
     graphsDock->raise();
     window.resizeDocks({graphsDock}, {170}, Qt::Vertical);
+    window.resizeDocks({mapDock, cameraDock}, {250, 410}, Qt::Horizontal);
     window.resizeDocks({cameraDock, histogramDock}, {280, 520}, Qt::Vertical);
 }
 

@@ -94,7 +94,7 @@ void PictureArea::placeRuler()
     const QRectF visible =
         view->mapToScene(view->viewport()->rect()).boundingRect() & view->sceneRect();
     const QList<QGraphicsItem*> parts = view->getRuller().childItems();
-    const double y = std::round(visible.center().y());
+    const double y = std::round(visible.top() + visible.height() / 3);
     parts.at(0)->setPos(std::round(visible.left() + visible.width() / 4), y);
     parts.at(1)->setPos(std::round(visible.right() - visible.width() / 4), y);
 }

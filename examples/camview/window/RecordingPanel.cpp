@@ -78,7 +78,8 @@ RecordingPanel::RecordingPanel(QWidget* parent)
     form->addRow(tr("File &name"), pattern);
     form->addRow(tr("&Length"), lengthRow());
     form->addRow(tr("&Before the start"), preTrigger);
-    form->addRow(tr("&Disk: warn and stop below"), inRow({warnBelow, stopBelow}, this));
+    form->addRow(tr("&Warn when the disk has less than"), warnBelow);
+    form->addRow(tr("&Stop when the disk has less than"), stopBelow);
     form->addRow(status);
     connect(preTrigger, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
             &RecordingPanel::preTriggerChanged);

@@ -41,7 +41,6 @@ private:
 
     QWidget* lengthRow();
     QWidget* folderRow();
-    QWidget* diskRow();
     void followLength();
 
     QLineEdit* folder;
