@@ -264,8 +264,11 @@ void MainWindow::showNewestPicture()
     LivePicture* picture = feed.takePicture();
     if (picture == nullptr || !control.isOpen())
         return;
-    newest = picture;
+    const bool first = std::exchange(newest, picture) == nullptr;
     area->showPicture(*picture);
+    // The view was disabled until now; keys are meant for it, not for some text field.
+    if (first)
+        area->liveView().setFocus(Qt::OtherFocusReason);
     control.countShown();
     ++shownPictures;
     showPanels(*picture);

@@ -1,0 +1,394 @@
+#include "WindowSupport.h"
+
+#include "window/CameraPanel.h"
+#include "window/HelpPage.h"
+#include "window/HistogramPanel.h"
+#include "window/LogPanel.h"
+#include "window/MapPanel.h"
+#include "window/MeasurePanel.h"
+#include "window/NoticeBar.h"
+#include "window/PanelDocks.h"
+#include "window/PictureArea.h"
+#include "window/RecordingPanel.h"
+#include "window/StatusPanel.h"
+#include "window/WindowActions.h"
+
+#include <AppComponents/view/ViewportMap.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QDockWidget>
+#include <QSignalSpy>
+#include <QSpinBox>
+
+#include <gtest/gtest.h>
+
+using window_test::eventually;
+using window_test::OpenWindow;
+using window_test::ScriptedCamera;
+
+namespace
+{
+
+int flat(int, int)
+{
+    return 1000;
+}
+
+void drag(QWidget* widget, const QPoint& from, const QPoint& to,
+          Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+{
+    QTest::mousePress(widget, Qt::LeftButton, modifiers, from);
+    QMouseEvent move(QEvent::MouseMove, to, widget->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                     modifiers);
+    QApplication::sendEvent(widget, &move);
+    QTest::mouseRelease(widget, Qt::LeftButton, modifiers, to);
+}
+
+class WindowTest : public testing::Test
+{
+protected:
+    const QTemporaryDir root;
+    OpenWindow window{root.path()};
+
+    LifeView& view() { return window->pictureArea().liveView(); }
+    QPoint onScreen(const QPointF& pixel) { return view().mapFromScene(pixel); }
+    SensorRegion region() { return window->cameraControl().settings().region; }
+    QAction& action(const char* name) { return *window->findChild<QAction*>(name); }
+};
+
+TEST_F(WindowTest, ADragInTheLiveViewMovesTheSensorsRegion)
+{
+    ASSERT_TRUE(window->openSource("sim"));
+    CameraSettings settings = window->cameraControl().settings();
+    settings.region = {400, 300, 640, 480};
+    window->cameraControl().apply(settings);
+    ASSERT_TRUE(eventually([&] { return view().getBitmap().size() == QSize(640, 480); }));
+    ASSERT_EQ(view().dragMode(), QGraphicsView::NoDrag) << "the picture is fitted";
+
+    drag(view().viewport(), onScreen({320, 240}), onScreen({220, 180}));
+    ASSERT_TRUE(eventually([&] { return region().x > 480 && region().y > 340; }));
+    EXPECT_NEAR(region().x, 500, 8);
+    EXPECT_NEAR(region().y, 360, 8);
+    EXPECT_EQ(region().width, 640);
+    // The map has the confirmed region, and the picture comes from there.
+    EXPECT_EQ(window->panels().map->getMap()->getCameraViewport(),
+              QRect(region().x, region().y, 640, 480));
+}
+
+TEST_F(WindowTest, ADragOnTheMapMovesTheSensorsRegion)
+{
+    ASSERT_TRUE(window->openSource("sim"));
+    CameraSettings settings = window->cameraControl().settings();
+    settings.region = {0, 0, 960, 540};
+    window->cameraControl().apply(settings);
+    ViewportMap* map = window->panels().map->getMap();
+    drag(map, {50, 28}, {90, 40}); // 200 map pixels are 1920 sensor pixels
+    ASSERT_TRUE(eventually([&] { return region().x > 0; }));
+    EXPECT_NEAR(region().x, 384, 12);
+    EXPECT_NEAR(region().y, 115, 12);
+}
+
+TEST_F(WindowTest, AShiftClickWithoutADragChangesNothing)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    ASSERT_TRUE(window.show(camera, flat));
+    const SensorRegion before = region();
+    drag(view().viewport(), onScreen({100, 100}), onScreen({100, 100}), Qt::ShiftModifier);
+    QTest::qWait(50);
+    EXPECT_EQ(region(), before);
+}
+
+TEST_F(WindowTest, ShowsRawValuePositionAndColourUnderThePointer)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    ASSERT_TRUE(window.show(camera, [](int x, int y) { return x * 8 + y; }));
+    const QPoint point = onScreen({100.5, 50.5});
+    QMouseEvent move(QEvent::MouseMove, point, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(view().viewport(), &move);
+    const QString text = window->statusPanel().text();
+    // The view may be scaled down: the pointer then falls on a neighbour.
+    const QPointF hit = view().mapToScene(point);
+    const int raw = int(hit.x()) * 8 + int(hit.y());
+    EXPECT_TRUE(text.contains(QString("raw %1 ").arg(raw))) << text.toStdString();
+    EXPECT_TRUE(text.contains(QString("rgb %1 %1 %1").arg(raw >> 4))) << text.toStdString();
+    EXPECT_TRUE(text.contains("x 1") && text.contains("y 5")) << text.toStdString();
+
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(view().viewport(), &leave);
+    EXPECT_FALSE(window->statusPanel().text().contains("raw"));
+}
+
+TEST_F(WindowTest, TheControlsReachTheCameraAndThePicture)
+{
+    ASSERT_TRUE(window->openSource("sim"));
+    auto* depth = window->panels().camera->findChildren<QComboBox*>().first();
+    depth->setCurrentText("8");
+    EXPECT_EQ(window->cameraControl().settings().bitDepth, 8);
+    auto* mirror = window->panels().camera->findChildren<QCheckBox*>().first();
+    mirror->click();
+    EXPECT_TRUE(window->cameraControl().settings().mirrorH);
+
+    ASSERT_TRUE(window.waitForPictures(1));
+    QTest::keyClick(&*window, Qt::Key_T);
+    EXPECT_TRUE(window->processingModel().settings().autoStretch);
+    EXPECT_TRUE(window.waitForPictures(2));
+}
+
+TEST_F(WindowTest, TheMeasuredAreaShowsTheRawDataUnderIt)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    window->findChild<QDockWidget*>("measure")->raise();
+    QTest::qWait(1);
+    action("measure").trigger();
+    const auto halves = [](int x, int) { return x < 200 ? 100 : 300; };
+    ASSERT_TRUE(window.show(camera, halves));
+    window->pictureArea().measureFrame().setArea({190, 10, 20, 20});
+    ASSERT_TRUE(window.show(camera, halves));
+    const MeasurePanel& panel = *window->panels().measure;
+    EXPECT_TRUE(panel.statisticsText().contains("mean 200.00   deviation 100.00   min 100"))
+        << panel.statisticsText().toStdString();
+
+    // Display mirroring moves the picture, and what is measured with it.
+    window->processingModel().change([](ProcessingSettings& s) { s.correction.flipH = true; });
+    window->pictureArea().measureFrame().setArea({0, 10, 20, 20});
+    ASSERT_TRUE(window.show(camera, halves));
+    EXPECT_TRUE(panel.statisticsText().contains("mean 300.00"))
+        << panel.statisticsText().toStdString();
+}
+
+TEST_F(WindowTest, TheMeasuredAreaIsDraggedAndStaysInsideThePicture)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    ASSERT_TRUE(window.show(camera, flat));
+    action("measure").trigger();
+    MeasureFrame& frame = window->pictureArea().measureFrame();
+    frame.setArea({100, 100, 100, 80});
+    drag(view().viewport(), onScreen({150, 140}), onScreen({190, 160}));
+    EXPECT_NEAR(frame.getArea().x(), 140, 2);
+    EXPECT_NEAR(frame.getArea().y(), 120, 2);
+    EXPECT_EQ(frame.getArea().size(), QSize(100, 80));
+    EXPECT_EQ(region(), (SensorRegion{0, 0, 400, 300})) << "the drag is not the camera's";
+
+    frame.setArea({-50, 290, 5000, 5});
+    EXPECT_EQ(frame.getArea(), QRect(0, 290, 400, 5));
+}
+
+TEST_F(WindowTest, TheCrossHairTakesNoClicks)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    ASSERT_TRUE(window.show(camera, flat));
+    CameraSettings settings = window->cameraControl().settings();
+    settings.region = {100, 100, 200, 100};
+    window->cameraControl().apply(settings);
+    ASSERT_TRUE(window.show(camera, flat));
+    action("crossHair").trigger();
+    // From the very middle, where both lines are.
+    drag(view().viewport(), onScreen({100, 50}), onScreen({60, 50}));
+    EXPECT_TRUE(eventually([&] { return region().x > 120; }));
+}
+
+TEST_F(WindowTest, ClippingIsDrawnOverThePictureAndOffByDefault)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    const auto clipped = [](int x, int) { return x < 200 ? 0 : 4095; };
+    ASSERT_TRUE(window.show(camera, clipped));
+    const auto colorAt = [&](const QPointF& pixel) {
+        return QColor(view().viewport()->grab().toImage().pixel(onScreen(pixel)));
+    };
+    EXPECT_EQ(colorAt({50, 150}).saturation(), 0);
+    action("clipping").trigger();
+    ASSERT_TRUE(window.show(camera, clipped));
+    EXPECT_GT(colorAt({50, 150}).blue(), colorAt({50, 150}).red());
+    EXPECT_GT(colorAt({350, 150}).red(), colorAt({350, 150}).blue());
+    EXPECT_EQ(view().getBitmap().pixelColor(50, 150), QColor(Qt::black))
+        << "the picture is untouched";
+}
+
+TEST_F(WindowTest, EscapeHidesTheRulerAndItsSwitchFollows)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    ASSERT_TRUE(window.show(camera, flat));
+    action("ruler").trigger();
+    EXPECT_TRUE(view().getRuller().isVisible());
+    EXPECT_NEAR(window->pictureArea().rulerLine().length(), 200, 2);
+    QTest::keyClick(&view(), Qt::Key_Escape);
+    EXPECT_FALSE(action("ruler").isChecked());
+    EXPECT_TRUE(window->pictureArea().rulerLine().isNull());
+}
+
+TEST_F(WindowTest, ADoubleClickSwitchesFullScreenAndBack)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    ASSERT_TRUE(window.show(camera, flat));
+    QDockWidget* map = window->findChild<QDockWidget*>("map");
+    QTest::mouseDClick(view().viewport(), Qt::LeftButton, {}, onScreen({200, 150}));
+    EXPECT_TRUE(window->isFullScreen());
+    EXPECT_FALSE(map->isVisible());
+    QTest::keyClick(&*window, Qt::Key_F11);
+    EXPECT_FALSE(window->isFullScreen());
+    EXPECT_TRUE(map->isVisible());
+}
+
+TEST_F(WindowTest, RecordsTheAskedNumberAndPlaysItBack)
+{
+    ASSERT_TRUE(window->openSource("sim?bits=8&width=320&height=240"));
+    RecordingPanel& panel = *window->panels().recording;
+    panel.restore({{"length", 1}, {"count", 5}, {"pattern", "take"}, {"stopBelow", 0}});
+    action("record").trigger();
+    ASSERT_TRUE(window->recordingControl().isRunning())
+        << window->noticeBar().notice().toStdString();
+    EXPECT_TRUE(action("record").isChecked());
+    ASSERT_TRUE(eventually([&] { return !window->recordingControl().isRunning(); }));
+    EXPECT_FALSE(action("record").isChecked());
+    EXPECT_EQ(window->cameraControl().counters().recorded, 5U);
+    EXPECT_TRUE(eventually([&] { return panel.statusText().contains("5 frames"); }));
+
+    ASSERT_TRUE(window->openSource("play:" + root.filePath("output/take")))
+        << window->noticeBar().notice().toStdString();
+    EXPECT_TRUE(window.waitForPictures(1));
+    EXPECT_EQ(window->cameraControl().info().frameCount, 5U);
+    EXPECT_EQ(view().getBitmap().size(), QSize(320, 240));
+}
+
+TEST_F(WindowTest, AFullDiskStopsTheRecordingAndSaysSo)
+{
+    ASSERT_TRUE(window->openSource("sim?width=320&height=240"));
+    // No disk has as much room as is to be kept free.
+    window->panels().recording->restore({{"stopBelow", 10'000'000}, {"warnBelow", 10'000'000}});
+    action("record").trigger();
+    ASSERT_TRUE(eventually([&] { return !window->noticeBar().notice().isEmpty(); }));
+    EXPECT_FALSE(window->recordingControl().isRunning());
+    EXPECT_FALSE(action("record").isChecked());
+    EXPECT_TRUE(window.waitForPictures(2)) << "the live picture goes on";
+}
+
+TEST_F(WindowTest, ARecordingThatCannotStartSaysSo)
+{
+    window.useScriptedCamera();
+    QFile file(root.filePath("file"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    window->panels().recording->setFolder(root.filePath("file/folder"));
+    action("record").trigger();
+    EXPECT_FALSE(action("record").isChecked());
+    EXPECT_FALSE(window->noticeBar().notice().isEmpty());
+}
+
+TEST_F(WindowTest, AVanishedCameraIsToldUntilItReturns)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    camera.announce(StreamEvent::Vanished, "cable");
+    ASSERT_TRUE(eventually([&] { return window->noticeBar().notice().contains("cable"); }));
+    camera.announce(StreamEvent::Returned, {});
+    ASSERT_TRUE(eventually([&] { return window->noticeBar().notice().isEmpty(); }));
+    EXPECT_TRUE(window.show(camera, flat));
+}
+
+TEST_F(WindowTest, ASourceThatDoesNotOpenLeavesTheWindowUsable)
+{
+    EXPECT_FALSE(window->openSource("raw:/nowhere/at-all?width=8&height=8&bits=8"));
+    EXPECT_FALSE(window->noticeBar().notice().isEmpty());
+    action("snapshot").trigger();
+    action("record").trigger();
+    EXPECT_FALSE(window->recordingControl().isRunning());
+    EXPECT_TRUE(window->openSource("sim?width=320&height=240"));
+    EXPECT_TRUE(window.waitForPictures(1));
+    EXPECT_TRUE(window->noticeBar().notice().isEmpty());
+}
+
+TEST_F(WindowTest, SnapshotsHoldThePictureAndTheRawFrame)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    ASSERT_TRUE(window.show(camera, flat));
+    action("snapshot").trigger();
+    action("rawSnapshot").trigger();
+    const QDir output(root.filePath("output"));
+    const QStringList pictures = output.entryList({"*.png"});
+    const QStringList raws = output.entryList({"*.raw"});
+    ASSERT_EQ(pictures.size(), 1);
+    ASSERT_EQ(raws.size(), 1);
+    EXPECT_EQ(QImage(output.filePath(pictures[0])).size(), QSize(400, 300));
+    EXPECT_EQ(QFileInfo(output.filePath(raws[0])).size(), 400 * 300 * 2);
+    // The log says how to open it again.
+    window->panels().log->drain();
+    EXPECT_TRUE(window->panels().log->toPlainText().contains("width=400&height=300&bits=12"));
+}
+
+TEST_F(WindowTest, SettingsComeBackForTheSameCamera)
+{
+    window.useScriptedCamera();
+    window->processingModel().change([](ProcessingSettings& s) {
+        s.correction.gamma = 2.0;
+        s.averageFrames = 4;
+    });
+    CameraSettings settings = window->cameraControl().settings();
+    settings.exposureMs = 33.0;
+    window->cameraControl().apply(settings);
+    action("grid").setChecked(true);
+    window->panels().measure->setScale(0.5, "mm");
+    window->close();
+
+    OpenWindow second(root.path());
+    second.useScriptedCamera();
+    EXPECT_EQ(second->processingModel().correction().gamma, 2.0);
+    EXPECT_EQ(second->processingModel().settings().averageFrames, 4);
+    EXPECT_EQ(second->cameraControl().settings().exposureMs, 33.0);
+    EXPECT_TRUE(second->findChild<QAction*>("grid")->isChecked());
+    EXPECT_EQ(second->panels().measure->unit(), "mm");
+
+    OpenWindow withoutRestore(root.path(), false);
+    withoutRestore.useScriptedCamera();
+    EXPECT_EQ(withoutRestore->processingModel().correction().gamma, 1.0);
+    withoutRestore->close();
+    EXPECT_EQ(SettingsStore(root.path() + "/settings", "scripted").load().image.gamma, 2.0)
+        << "a start without the settings does not overwrite them";
+}
+
+TEST_F(WindowTest, DamagedSettingsAreTold)
+{
+    window.useScriptedCamera();
+    window->close();
+    QFile file(root.filePath("settings/scripted/window.json"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write("{");
+    file.close();
+    OpenWindow second(root.path());
+    second.useScriptedCamera();
+    EXPECT_TRUE(second->noticeBar().notice().contains("damaged"));
+}
+
+TEST_F(WindowTest, ASlowWindowSeesTheNewestPictureAndNothingPilesUp)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    ASSERT_TRUE(window.show(camera, flat));
+    const std::uint64_t shown = window->picturesShown();
+    for (int i = 1; i <= 20; ++i) // the event loop does not run meanwhile
+        camera.send([i](int, int) { return i * 100; });
+    ASSERT_TRUE(eventually([&] { return view().getBitmap().pixelColor(5, 5).red() == 2000 >> 4; }));
+    EXPECT_LE(window->picturesShown() - shown, 2U + 1U);
+}
+
+TEST_F(WindowTest, EveryControlCanBeReachedByTheKeyboard)
+{
+    window.useScriptedCamera();
+    for (const QWidget* panel : {static_cast<QWidget*>(window->panels().camera),
+                                 static_cast<QWidget*>(window->panels().recording),
+                                 static_cast<QWidget*>(window->panels().measure)}) {
+        for (const QWidget* control : panel->findChildren<QWidget*>()) {
+            const bool takesInput =
+                control->inherits("QAbstractButton") || control->inherits("QAbstractSlider") ||
+                control->inherits("QAbstractSpinBox") || control->inherits("QComboBox");
+            if (!takesInput || control->inherits("QScrollBar") ||
+                control->objectName().startsWith("qt_"))
+                continue;
+            EXPECT_TRUE(control->focusPolicy() & Qt::TabFocus)
+                << control->metaObject()->className() << " "
+                << control->accessibleName().toStdString();
+        }
+    }
+    const QString help = HelpPage::html({&action("snapshot"), &action("ruler")});
+    EXPECT_TRUE(help.contains("Ctrl+S") && help.contains("Shift-drag"));
+}
+
+} // namespace
