@@ -2,10 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
-#include <cstdlib>
-#include <new>
 #include <random>
 
 namespace
@@ -56,38 +55,16 @@ int posix_memalign(void** memory, std::size_t alignment, std::size_t size) noexc
 
 #else
 
-// A sanitizer owns malloc; new is still ours.
-void* operator new(std::size_t size)
-{
-    ++allocations;
-    if (void* const memory = std::malloc(size))
-        return memory;
-    throw std::bad_alloc();
-}
+// A sanitizer owns malloc and new, and tells who asks.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(const volatile void*,
+                                                                          std::size_t),
+                                                         void (*onFree)(const volatile void*));
 
-void* operator new[](std::size_t size, std::align_val_t alignment)
+namespace
 {
-    ++allocations;
-    const std::size_t unit = static_cast<std::size_t>(alignment);
-    if (void* const memory = std::aligned_alloc(unit, (size / unit + 1) * unit))
-        return memory;
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::align_val_t) noexcept
-{
-    std::free(memory);
-}
+const int hooks = __sanitizer_install_malloc_and_free_hooks(
+    [](const volatile void*, std::size_t) { ++allocations; }, [](const volatile void*) {});
+} // namespace
 
 #endif
 
