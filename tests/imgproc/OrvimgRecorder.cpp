@@ -65,12 +65,13 @@ const void* nextContext()
 
 unsigned char tableEntry(int level, int brightness, int contrast, int gamma)
 {
-    return static_cast<unsigned char>(level * 7 + brightness + 3 * contrast + 5 * gamma);
+    return static_cast<unsigned char>(level * 7 + level / 256 * 13 + brightness + 3 * contrast +
+                                      5 * gamma);
 }
 
 unsigned char bestTableEntry(int level)
 {
-    return static_cast<unsigned char>(level * 11 + 1);
+    return static_cast<unsigned char>(level * 11 + level / 256 * 17 + 1);
 }
 
 } // namespace orvimg_recorder

@@ -19,7 +19,8 @@ namespace
 using namespace orvimg_recorder;
 using testing::IsEmpty;
 
-const std::vector<int> awkwardCounts{-3, 0, 1, 7, 8, 63, 64, 65, 447, 448, 449, 639, 640, 641, 1500};
+const std::vector<int> awkwardCounts{-3,  0,   1,   7,   8,   63,  64,  65,
+                                     447, 448, 449, 639, 640, 641, 1500};
 
 std::vector<std::string> functionsCalled()
 {
