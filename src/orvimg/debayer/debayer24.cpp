@@ -20,10 +20,11 @@ Kernel kernelFor(int algorithm)
     case 3:
         return orvimg::debayerGradientCorrected;
     case 4:
-    case 6:
         return orvimg::debayerEdgeDirected;
     case 5:
         return orvimg::debayerVariableGradients;
+    case 6:
+        return orvimg::debayerBest;
     default:
         return orvimg::debayerNearest;
     }

@@ -297,7 +297,6 @@ Rgb interpolated(const Mosaic& m, Index x, Index y, int algorithm)
     case 3:
         return gradientCorrected(m, x, y);
     case 4:
-    case 6:
         return edgeDirected(m, x, y);
     case 5:
         return variableGradients(m, x, y);
@@ -311,6 +310,10 @@ Rgb interpolated(const Mosaic& m, Index x, Index y, int algorithm)
 void debayer(const std::uint8_t* mosaic, int width, int height, int pattern, int algorithm,
              std::uint8_t* rgb)
 {
+    if (algorithm == 6 && width > 1 && height > 1) {
+        debayerBest(mosaic, width, height, pattern, rgb);
+        return;
+    }
     const Mosaic m{mosaic, width, height, pattern & 1, pattern >> 1};
     for (Index y = 0; y < height; ++y) {
         for (Index x = 0; x < width; ++x) {

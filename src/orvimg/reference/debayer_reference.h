@@ -10,4 +10,7 @@ namespace orvimg::reference
 void debayer(const std::uint8_t* mosaic, int width, int height, int pattern, int algorithm,
              std::uint8_t* rgb);
 
+/// Method 6 of debayer(), for pictures of at least two rows and columns.
+void debayerBest(const std::uint8_t* mosaic, int width, int height, int pattern, std::uint8_t* rgb);
+
 } // namespace orvimg::reference

@@ -1,0 +1,423 @@
+#include <orvimg/debayer/kernels.h>
+
+#include <algorithm>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "orvimg/debayer/best.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include <orvimg/debayer/rows-inl.h>
+#include <orvimg/debayer/tile_plane.h>
+#include <orvimg/mirror.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace orvimg
+{
+namespace HWY_NAMESPACE
+{
+
+using Floats = hn::CappedTag<float, 16>;
+using FloatVector = hn::Vec<Floats>;
+
+/// Tiles are cut such that each starts with a red sample: even rows are red, odd ones blue.
+HWY_INLINE int chromaColumnOf(int row)
+{
+    return row & 1;
+}
+
+HWY_INLINE FloatVector constant(float value)
+{
+    return hn::Set(Floats(), value);
+}
+
+HWY_INLINE FloatVector load(const TilePlane& plane, int row, int column, int step)
+{
+    return hn::LoadU(Floats(), plane.at(row, column) + step);
+}
+
+HWY_INLINE void store(FloatVector value, const TilePlane& plane, int row, int column, int step)
+{
+    hn::StoreU(value, Floats(), plane.at(row, column) + step);
+}
+
+HWY_INLINE FloatVector square(FloatVector v)
+{
+    return hn::Mul(v, v);
+}
+
+HWY_INLINE FloatVector distance(FloatVector a, FloatVector b)
+{
+    return hn::Abs(hn::Sub(a, b));
+}
+
+/// Calls function(step) for all vectors of a row of sites.
+template <typename Function>
+HWY_INLINE void forEachStep(Function function)
+{
+    const int lanes = static_cast<int>(hn::Lanes(Floats()));
+    for (int step = TilePlane::firstStep; step < TilePlane::endStep; step += lanes)
+        function(step);
+}
+
+/// What is known along one axis of a tile.
+struct AxisPlanes {
+    TilePlane difference; // green less chroma, with every second sample interpolated
+    TilePlane smooth;     // the same, low-pass filtered
+    TilePlane noise;      // squared deviation of the two, summed over three lines
+
+    explicit AxisPlanes(Scratch& scratch)
+        : difference(scratch)
+        , smooth(scratch)
+        , noise(scratch)
+    {
+    }
+};
+
+/// Interpolates along (dx, dy) and takes the difference, at the sites from \p column on.
+template <int dx, int dy, bool isGreen>
+HWY_INLINE void differenceRow(const TilePlane& mosaic, const TilePlane& difference, int y,
+                              int column)
+{
+    forEachStep([&](int step) HWY_ATTR {
+        const auto at = [&](int n)
+                            HWY_ATTR { return load(mosaic, y + n * dy, column + n * dx, step); };
+        const auto centre = at(0);
+        const auto curvature = hn::Sub(hn::Add(centre, centre), hn::Add(at(-2), at(2)));
+        const auto near = hn::Mul(constant(0.5F), hn::Add(at(-1), at(1)));
+        // A quarter would be exact where colours change alike; they mostly change less.
+        const auto interpolated = hn::Add(near, hn::Mul(constant(0.1875F), curvature));
+        store(isGreen ? hn::Sub(centre, interpolated) : hn::Sub(interpolated, centre), difference,
+              y, column, step);
+    });
+}
+
+template <int dx, int dy>
+HWY_INLINE void smoothRow(const AxisPlanes& axis, int y, int column)
+{
+    forEachStep([&](int step) HWY_ATTR {
+        const auto at = [&](int n) HWY_ATTR {
+            return load(axis.difference, y + n * dy, column + n * dx, step);
+        };
+        auto sum = hn::Mul(constant(20), at(0));
+        sum = hn::Add(sum, hn::Mul(constant(15), hn::Add(at(-1), at(1))));
+        sum = hn::Add(sum, hn::Mul(constant(6), hn::Add(at(-2), at(2))));
+        sum = hn::Add(sum, hn::Add(at(-3), at(3)));
+        store(hn::Mul(sum, constant(1.0F / 64)), axis.smooth, y, column, step);
+    });
+}
+
+template <int dx, int dy>
+HWY_INLINE void noiseRow(const AxisPlanes& axis, int y, int column)
+{
+    forEachStep([&](int step) HWY_ATTR {
+        const auto at = [&](int n) HWY_ATTR {
+            const int row = y + n * dx;
+            const int aside = column + n * dy;
+            return square(hn::Sub(load(axis.difference, row, aside, step),
+                                  load(axis.smooth, row, aside, step)));
+        };
+        store(hn::Add(hn::Add(at(-1), at(0)), at(1)), axis.noise, y, column, step);
+    });
+}
+
+/// Fills the planes of an axis as far as the estimates of green at the rows -3 ... rows + 3 need.
+template <int dx, int dy>
+HWY_INLINE void analyse(const TilePlane& mosaic, const AxisPlanes& axis)
+{
+    constexpr int rows = TilePlane::rows;
+    constexpr int noiseReach = 3 + 4 * dy;
+    constexpr int smoothReach = noiseReach + dx;
+    constexpr int differenceReach = smoothReach + 3 * dy;
+    for (int y = -differenceReach; y < rows + differenceReach; ++y) {
+        const int chroma = chromaColumnOf(y);
+        differenceRow<dx, dy, false>(mosaic, axis.difference, y, chroma);
+        differenceRow<dx, dy, true>(mosaic, axis.difference, y, 1 - chroma);
+    }
+    for (int y = -smoothReach; y < rows + smoothReach; ++y) {
+        smoothRow<dx, dy>(axis, y, 0);
+        smoothRow<dx, dy>(axis, y, 1);
+    }
+    for (int y = -noiseReach; y < rows + noiseReach; ++y) {
+        noiseRow<dx, dy>(axis, y, 0);
+        noiseRow<dx, dy>(axis, y, 1);
+    }
+}
+
+struct Estimate {
+    FloatVector value;
+    FloatVector error; // expected square
+};
+
+/// The linear estimate of least expected squared error: as far as the difference varies by more
+/// than noise it is taken as it is, otherwise smoothed.
+template <int dx, int dy>
+HWY_INLINE Estimate estimateAt(const AxisPlanes& axis, int y, int column, int step)
+{
+    auto sum = constant(0);
+    auto squares = constant(0);
+    auto noise = constant(0);
+    for (int n = -4; n <= 4; ++n) {
+        const auto value = load(axis.smooth, y + n * dy, column + n * dx, step);
+        sum = hn::Add(sum, value);
+        squares = hn::Add(squares, square(value));
+        noise = hn::Add(noise, load(axis.noise, y + n * dy, column + n * dx, step));
+    }
+    const auto floorOfVariance = constant(1.0F / 1024);
+    const auto mean = hn::Mul(sum, constant(1.0F / 9));
+    const auto variance = hn::Sub(hn::Mul(squares, constant(1.0F / 9)), square(mean));
+    const auto signal = hn::Add(hn::Max(variance, constant(0)), floorOfVariance);
+    const auto error = hn::Add(hn::Mul(noise, constant(1.0F / 27)), floorOfVariance);
+    const auto share = hn::Div(constant(1), hn::Add(signal, error));
+    const auto smooth = load(axis.smooth, y, column, step);
+    const auto difference = load(axis.difference, y, column, step);
+    const auto weighted = hn::Add(hn::Mul(smooth, error), hn::Mul(difference, signal));
+    return {hn::Mul(weighted, share), hn::Mul(hn::Mul(signal, error), share)};
+}
+
+HWY_INLINE void greenRow(const TilePlane& mosaic, const AxisPlanes& across,
+                         const AxisPlanes& upright, const TilePlane& green, int y)
+{
+    const int column = chromaColumnOf(y);
+    forEachStep([&](int step) HWY_ATTR {
+        const Estimate h = estimateAt<1, 0>(across, y, column, step);
+        const Estimate v = estimateAt<0, 1>(upright, y, column, step);
+        const auto weighted = hn::Add(hn::Mul(h.value, v.error), hn::Mul(v.value, h.error));
+        const auto difference = hn::Div(weighted, hn::Add(h.error, v.error));
+        const auto value = hn::Add(load(mosaic, y, column, step), difference);
+        store(hn::Min(hn::Max(value, constant(0)), constant(255)), green, y, column, step);
+        store(load(mosaic, y, 1 - column, step), green, y, 1 - column, step);
+    });
+}
+
+/// Of the detail of green a chroma mostly has somewhat less.
+constexpr float greenShare = 0.875F;
+
+HWY_INLINE FloatVector shareOf(FloatVector green)
+{
+    return hn::Mul(constant(greenShare), green);
+}
+
+/// A mean in which a value weighs the less, the more the picture changes towards it.
+struct WeightedMean {
+    FloatVector sum;
+    FloatVector weights;
+
+    HWY_INLINE void add(FloatVector value, FloatVector change)
+    {
+        const auto weight = hn::Div(constant(1), hn::Add(change, constant(1)));
+        sum = hn::Add(sum, hn::Mul(value, weight));
+        weights = hn::Add(weights, weight);
+    }
+    HWY_INLINE FloatVector mean() const { return hn::Div(sum, weights); }
+};
+
+/// What the row's own chroma has beyond its share of green.
+HWY_INLINE void ownRestRow(const TilePlane& mosaic, const TilePlane& green, const TilePlane& rest,
+                           int y)
+{
+    const int column = chromaColumnOf(y);
+    forEachStep([&](int step) HWY_ATTR {
+        store(hn::Sub(load(mosaic, y, column, step), shareOf(load(green, y, column, step))), rest,
+              y, column, step);
+    });
+}
+
+/// The same of the other chroma, from the four diagonal neighbours.
+HWY_INLINE void otherRestRow(const TilePlane& mosaic, const TilePlane& green, const TilePlane& rest,
+                             int y)
+{
+    const int column = chromaColumnOf(y);
+    forEachStep([&](int step) HWY_ATTR {
+        const auto centre = load(green, y, column, step);
+        WeightedMean mean{constant(0), constant(0)};
+        const auto look = [&](int dx, int dy) HWY_ATTR {
+            const auto at = [&](const TilePlane& plane, int n)
+                                HWY_ATTR { return load(plane, y + n * dy, column + n * dx, step); };
+            const auto change = hn::Add(
+                hn::Add(distance(at(mosaic, 1), at(mosaic, -1)), distance(centre, at(green, 1))),
+                distance(centre, at(green, 2)));
+            mean.add(at(rest, 1), change);
+        };
+        look(-1, -1);
+        look(1, -1);
+        look(-1, 1);
+        look(1, 1);
+        store(mean.mean(), rest, y, column, step);
+    });
+}
+
+HWY_INLINE FloatVector restAtGreen(const TilePlane& green, const TilePlane& rest, int y, int column,
+                                   int step)
+{
+    const auto centre = load(green, y, column, step);
+    WeightedMean mean{constant(0), constant(0)};
+    const auto look = [&](int dx, int dy) HWY_ATTR {
+        const auto ahead = load(rest, y + dy, column + dx, step);
+        const auto behind = load(rest, y - dy, column - dx, step);
+        const auto far = load(green, y + 2 * dy, column + 2 * dx, step);
+        mean.add(ahead, hn::Add(distance(centre, far), distance(ahead, behind)));
+    };
+    look(0, -1);
+    look(-1, 0);
+    look(1, 0);
+    look(0, 1);
+    return mean.mean();
+}
+
+/// The planes of a tile. The rests take the place of differences that are no longer needed.
+struct TilePlanes {
+    TilePlane mosaic;
+    TilePlane green;
+    AxisPlanes across;
+    AxisPlanes upright;
+
+    static std::size_t scratchBytes() { return 8 * TilePlane::scratchBytes(); }
+    explicit TilePlanes(Scratch& scratch)
+        : mosaic(scratch)
+        , green(scratch)
+        , across(scratch)
+        , upright(scratch)
+    {
+    }
+    /// \param chroma 0 red, 1 blue
+    const TilePlane& rest(int chroma) const
+    {
+        return chroma == 0 ? across.difference : upright.difference;
+    }
+};
+
+HWY_INLINE void interpolateTile(const TilePlanes& tile)
+{
+    constexpr int rows = TilePlane::rows;
+    analyse<1, 0>(tile.mosaic, tile.across);
+    analyse<0, 1>(tile.mosaic, tile.upright);
+    for (int y = -3; y < rows + 3; ++y)
+        greenRow(tile.mosaic, tile.across, tile.upright, tile.green, y);
+    for (int y = -2; y < rows + 2; ++y)
+        ownRestRow(tile.mosaic, tile.green, tile.rest(y & 1), y);
+    for (int y = -1; y < rows + 1; ++y)
+        otherRestRow(tile.mosaic, tile.green, tile.rest(1 - (y & 1)), y);
+}
+
+/// One finished row, its columns parted into even and odd.
+struct FinishedRow {
+    static constexpr int length = TilePlane::columns / 2 + 32;
+    HWY_ALIGN std::int16_t samples[3][2][length];
+
+    HWY_INLINE void set(int channel, int column, int step, FloatVector value)
+    {
+        const hn::Rebind<std::int32_t, Floats> ints;
+        const hn::Rebind<std::int16_t, Floats> shorts;
+        const auto limited = hn::Min(hn::Max(value, constant(0)), constant(255));
+        const auto rounded = hn::ConvertTo(ints, hn::Add(limited, constant(0.5F)));
+        hn::StoreU(hn::DemoteTo(shorts, rounded), shorts, samples[channel][column] + step);
+    }
+};
+
+HWY_INLINE void finishRow(const TilePlanes& tile, int y, FinishedRow* row)
+{
+    const int chroma = y & 1;
+    const int channel = 2 * chroma;
+    const int site = chromaColumnOf(y);
+    const int greenSite = 1 - site;
+    const int lanes = static_cast<int>(hn::Lanes(Floats()));
+    for (int step = 0; step < TilePlane::columns / 2; step += lanes) {
+        const auto green = load(tile.green, y, site, step);
+        const auto other = load(tile.rest(1 - chroma), y, site, step);
+        row->set(channel, site, step, load(tile.mosaic, y, site, step));
+        row->set(1, site, step, green);
+        row->set(2 - channel, site, step, hn::Add(shareOf(green), other));
+        const auto known = load(tile.green, y, greenSite, step);
+        const auto share = shareOf(known);
+        row->set(1, greenSite, step, known);
+        for (const int c : {0, 1}) {
+            const auto rest = restAtGreen(tile.green, tile.rest(c), y, greenSite, step);
+            row->set(2 * c, greenSite, step, hn::Add(share, rest));
+        }
+    }
+}
+
+HWY_INLINE void interleave(const FinishedRow& row, std::uint8_t* rgb)
+{
+    const Shorts d;
+    const int lanes = static_cast<int>(hn::Lanes(d));
+    for (int step = 0; step < TilePlane::columns / 2; step += lanes) {
+        const auto channel = [&](int c) HWY_ATTR {
+            return joined(hn::LoadU(d, row.samples[c][0] + step),
+                          hn::LoadU(d, row.samples[c][1] + step));
+        };
+        storePixels(true, channel(0), channel(1), channel(2), rgb + 6 * step);
+    }
+}
+
+/// Fills the plane from the mosaic, mirrored at its edges, with its origin at (left, top).
+void cutTile(const BayerMosaic& mosaic, int left, int top, const TilePlane& plane)
+{
+    constexpr int halo = TilePlane::halo;
+    std::ptrdiff_t columns[TilePlane::columns + 2 * halo];
+    for (int x = -halo; x < TilePlane::columns + halo; ++x)
+        columns[x + halo] = mirrored(left + x, mosaic.width);
+    for (int y = -halo; y < TilePlane::rows + halo; ++y) {
+        const std::uint8_t* const from =
+            mosaic.samples + mirrored(top + y, mosaic.height) * mosaic.width;
+        float* const even = plane.at(y, -halo);
+        float* const odd = plane.at(y, 1 - halo);
+        for (int i = 0; i < TilePlane::columns / 2 + halo; ++i) {
+            even[i] = from[columns[2 * i]];
+            odd[i] = from[columns[2 * i + 1]];
+        }
+    }
+}
+
+/// Writes the rows of the tile that lie in the band, and of them the columns of the picture.
+void finishTile(const BayerMosaic& mosaic, RowBand band, int left, int top, const TilePlanes& tile,
+                std::uint8_t* line, std::uint8_t* rgb)
+{
+    const int firstColumn = std::max(left, 0);
+    const int endColumn = std::min(left + TilePlane::columns, mosaic.width);
+    const int firstRow = std::max(top, band.first);
+    const int endRow = std::min(top + TilePlane::rows, band.last);
+    FinishedRow row;
+    for (int y = firstRow; y < endRow; ++y) {
+        finishRow(tile, y - top, &row);
+        interleave(row, line);
+        const std::size_t pixel = static_cast<std::size_t>(y) * mosaic.width + firstColumn;
+        std::memcpy(rgb + 3 * pixel, line + 3 * (firstColumn - left),
+                    3 * static_cast<std::size_t>(endColumn - firstColumn));
+    }
+}
+
+void bestRows(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb)
+{
+    constexpr std::size_t lineBytes = 3 * TilePlane::columns + 256;
+    Scratch scratch(TilePlanes::scratchBytes() + lineBytes + Scratch::blockOverhead);
+    const TilePlanes tile(scratch);
+    std::uint8_t* const line = scratch.take<std::uint8_t>(lineBytes);
+    // Bands start at even rows.
+    for (int top = band.first - mosaic.redRow; top < band.last; top += TilePlane::rows) {
+        for (int left = -mosaic.redColumn; left < mosaic.width; left += TilePlane::columns) {
+            cutTile(mosaic, left, top, tile.mosaic);
+            interpolateTile(tile);
+            finishTile(mosaic, band, left, top, tile, line, rgb);
+        }
+    }
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace orvimg
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace orvimg
+{
+
+HWY_EXPORT(bestRows);
+
+void debayerBest(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb)
+{
+    HWY_DYNAMIC_DISPATCH(bestRows)(mosaic, band, rgb);
+}
+
+} // namespace orvimg
+#endif
