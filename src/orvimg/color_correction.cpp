@@ -38,9 +38,25 @@ void CorrectPixels(const ColorMatrix& matrix, std::uint8_t* rgb, std::size_t pix
     }
 }
 
+void CorrectPixelsFixed(const FixedColorMatrix& matrix, std::uint8_t* rgb, std::size_t pixels)
+{
+    for (std::size_t pixel = 0; pixel < pixels; ++pixel, rgb += 3) {
+        const std::array<int, 3> input{rgb[0], rgb[1], rgb[2]};
+        for (std::size_t channel = 0; channel < 3; ++channel) {
+            const FixedColorMatrix::Row& row = matrix.coefficients[channel];
+            const int sum = row[0] * input[0] + row[1] * input[1] + row[2] * input[2];
+            constexpr int scale = FixedColorMatrix::coefficientScale / FixedColorMatrix::levelScale;
+            const int level = sum / scale + matrix.offsets[channel] - FixedColorMatrix::zeroLevel;
+            rgb[channel] =
+                static_cast<std::uint8_t>(std::clamp(level / FixedColorMatrix::levelScale, 0, 255));
+        }
+    }
+}
+
 #else
 
 using Bytes = hn::ScalableTag<std::uint8_t>;
+using Words = hn::Repartition<std::int16_t, Bytes>;
 using Levels = hn::Repartition<std::int32_t, Bytes>;
 using Bits = hn::RebindToUnsigned<Levels>;
 using Floats = hn::RebindToFloat<Levels>;
@@ -113,11 +129,61 @@ HWY_INLINE void CorrectVector(const ColorMatrix& matrix, std::uint8_t* HWY_RESTR
         hn::BitCast(bytes, Joined(first.blue, second.blue, third.blue, fourth.blue)), bytes, rgb);
 }
 
-void CorrectPixels(const ColorMatrix& matrix, std::uint8_t* rgb, std::size_t pixels)
+/// Every other byte of a channel, scaled by 128 so that a product keeps its fraction.
+HWY_INLINE hn::Vec<Words> EvenBytes(hn::Vec<Bytes> channel)
+{
+    const Words words;
+    return hn::And(hn::ShiftLeft<7>(hn::BitCast(words, channel)), hn::Set(words, 0x7F80));
+}
+
+HWY_INLINE hn::Vec<Words> OddBytes(hn::Vec<Bytes> channel)
+{
+    const Words words;
+    return hn::And(hn::ShiftRight<1>(hn::BitCast(words, channel)), hn::Set(words, 0x7F80));
+}
+
+HWY_INLINE hn::Vec<Words> RaisedLevel(hn::Vec<Words> red, hn::Vec<Words> green, hn::Vec<Words> blue,
+                                      const FixedColorMatrix::Row& row, std::int16_t offset)
+{
+    const Words words;
+    const auto warm = hn::Add(hn::MulFixedPoint15(red, hn::Set(words, row[0])),
+                              hn::MulFixedPoint15(green, hn::Set(words, row[1])));
+    const auto sum = hn::Add(warm, hn::MulFixedPoint15(blue, hn::Set(words, row[2])));
+    return hn::Max(hn::SaturatedAdd(sum, hn::Set(words, offset)),
+                   hn::Set(words, FixedColorMatrix::zeroLevel));
+}
+
+HWY_INLINE void CorrectVector(const FixedColorMatrix& matrix, std::uint8_t* HWY_RESTRICT rgb)
+{
+    const Bytes bytes;
+    hn::Vec<Bytes> red;
+    hn::Vec<Bytes> green;
+    hn::Vec<Bytes> blue;
+    hn::LoadInterleaved3(bytes, rgb, red, green, blue);
+    const auto evenRed = EvenBytes(red);
+    const auto evenGreen = EvenBytes(green);
+    const auto evenBlue = EvenBytes(blue);
+    const auto oddRed = OddBytes(red);
+    const auto oddGreen = OddBytes(green);
+    const auto oddBlue = OddBytes(blue);
+    const auto corrected = [&](std::size_t channel) HWY_ATTR {
+        const FixedColorMatrix::Row& row = matrix.coefficients[channel];
+        const std::int16_t offset = matrix.offsets[channel];
+        const auto even = RaisedLevel(evenRed, evenGreen, evenBlue, row, offset);
+        const auto odd = RaisedLevel(oddRed, oddGreen, oddBlue, row, offset);
+        // The eight bits of the level lie in the middle of the word.
+        return hn::OddEven(hn::BitCast(bytes, hn::ShiftLeft<4>(odd)),
+                           hn::BitCast(bytes, hn::ShiftRight<4>(even)));
+    };
+    hn::StoreInterleaved3(corrected(0), corrected(1), corrected(2), bytes, rgb);
+}
+
+template <class Matrix>
+HWY_INLINE void CorrectAll(const Matrix& matrix, std::uint8_t* rgb, std::size_t pixels)
 {
     const std::size_t lanes = hn::Lanes(Bytes());
     // A copy that nothing else can point to stays in registers.
-    const ColorMatrix constants = matrix;
+    const Matrix constants = matrix;
     for (; pixels >= lanes; pixels -= lanes, rgb += 3 * lanes)
         CorrectVector(constants, rgb);
     if (pixels == 0)
@@ -126,6 +192,16 @@ void CorrectPixels(const ColorMatrix& matrix, std::uint8_t* rgb, std::size_t pix
     std::memcpy(rest, rgb, 3 * pixels);
     CorrectVector(constants, rest);
     std::memcpy(rgb, rest, 3 * pixels);
+}
+
+void CorrectPixels(const ColorMatrix& matrix, std::uint8_t* rgb, std::size_t pixels)
+{
+    CorrectAll(matrix, rgb, pixels);
+}
+
+void CorrectPixelsFixed(const FixedColorMatrix& matrix, std::uint8_t* rgb, std::size_t pixels)
+{
+    CorrectAll(matrix, rgb, pixels);
 }
 
 #endif
@@ -142,12 +218,15 @@ namespace
 {
 
 HWY_EXPORT(CorrectPixels);
+HWY_EXPORT(CorrectPixelsFixed);
 
 constexpr int minimumRowsPerBand = 64;
 
 struct ColorContext {
     ColorMatrix matrix;
+    FixedColorMatrix fixedMatrix;
     bool isIdentity = true;
+    bool fitsFixed = false;
 };
 
 /// Brings an argument into a range within which no product overflows a float; NaN is neutral.
@@ -208,6 +287,43 @@ bool isIdentity(const ColorMatrix& matrix)
     return true;
 }
 
+/// Whether no sum of 16 bits can overflow before it is limited.
+bool fitsFixed(const ColorMatrix& matrix)
+{
+    constexpr float largestRow = 7.99F; // times 255 levels and the scale: just below 2^15
+    constexpr float largestOffset = 255.0F;
+    for (std::size_t row = 0; row < 3; ++row) {
+        const ColorMatrix::Row& weights = matrix.coefficients[row];
+        if (std::abs(weights[0]) + std::abs(weights[1]) + std::abs(weights[2]) > largestRow ||
+            std::abs(matrix.offsets[row]) > largestOffset)
+            return false;
+    }
+    return true;
+}
+
+FixedColorMatrix toFixed(const ColorMatrix& matrix)
+{
+    FixedColorMatrix fixed;
+    constexpr int half = FixedColorMatrix::levelScale / 2;
+    for (std::size_t row = 0; row < 3; ++row) {
+        for (std::size_t column = 0; column < 3; ++column)
+            fixed.coefficients[row][column] = static_cast<std::int16_t>(
+                std::lround(matrix.coefficients[row][column] * FixedColorMatrix::coefficientScale));
+        fixed.offsets[row] = static_cast<std::int16_t>(
+            FixedColorMatrix::zeroLevel + half +
+            std::lround(matrix.offsets[row] * FixedColorMatrix::levelScale));
+    }
+    return fixed;
+}
+
+void correct(const ColorContext& color, std::uint8_t* rgb, std::size_t pixels)
+{
+    if (color.fitsFixed)
+        HWY_DYNAMIC_DISPATCH(CorrectPixelsFixed)(color.fixedMatrix, rgb, pixels);
+    else
+        HWY_DYNAMIC_DISPATCH(CorrectPixels)(color.matrix, rgb, pixels);
+}
+
 } // namespace
 
 } // namespace orvimg
@@ -239,6 +355,9 @@ void color_correction_set(void* context, double redGain, double redOffset, doubl
         color.matrix.offsets[row] = static_cast<float>((offsets[row] + commonOffset) * 255);
     }
     color.isIdentity = orvimg::isIdentity(color.matrix);
+    color.fitsFixed = orvimg::fitsFixed(color.matrix);
+    if (color.fitsFixed)
+        color.fixedMatrix = orvimg::toFixed(color.matrix);
 }
 
 void color_correction24(void* context, unsigned char* rgb, int width, int height)
@@ -252,7 +371,7 @@ void color_correction24(void* context, unsigned char* rgb, int width, int height
     orvimg::forEachRowBand(height, orvimg::minimumRowsPerBand, [&](int firstRow, int endRow) {
         const auto first = static_cast<std::size_t>(firstRow) * rowPixels;
         const auto end = static_cast<std::size_t>(endRow) * rowPixels;
-        HWY_DYNAMIC_DISPATCH(orvimg::CorrectPixels)(color.matrix, rgb + 3 * first, end - first);
+        orvimg::correct(color, rgb + 3 * first, end - first);
     });
 }
 
