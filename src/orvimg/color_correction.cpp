@@ -8,6 +8,8 @@
 #include <memory>
 #include <new>
 
+#include <hwy/cache_control.h>
+
 #include <orvimg/color_matrix.h>
 #include <orvimg/parallel.h>
 
@@ -178,14 +180,20 @@ HWY_INLINE void CorrectVector(const FixedColorMatrix& matrix, std::uint8_t* HWY_
     hn::StoreInterleaved3(corrected(0), corrected(1), corrected(2), bytes, rgb);
 }
 
+/// The processor does not look ahead beyond the end of a page; touching memory early here does.
+constexpr std::size_t prefetchDistance = 2048;
+
 template <class Matrix>
 HWY_INLINE void CorrectAll(const Matrix& matrix, std::uint8_t* rgb, std::size_t pixels)
 {
     const std::size_t lanes = hn::Lanes(Bytes());
     // A copy that nothing else can point to stays in registers.
     const Matrix constants = matrix;
-    for (; pixels >= lanes; pixels -= lanes, rgb += 3 * lanes)
+    for (; pixels >= lanes; pixels -= lanes, rgb += 3 * lanes) {
+        for (std::size_t vector = 0; vector < 3; ++vector)
+            hwy::Prefetch(rgb + prefetchDistance + vector * lanes);
         CorrectVector(constants, rgb);
+    }
     if (pixels == 0)
         return;
     HWY_ALIGN std::uint8_t rest[3 * hn::MaxLanes(Bytes())] = {};
