@@ -243,7 +243,7 @@ void FrameEx2::colorToMono1()
 QSharedPointer<QImage> FrameEx2::getImage()
 {
     const bool grey = params.bitsPerPixel == 8;
-    const QSharedPointer<QImage> image(new QImage(imageFromPool(
+    QSharedPointer<QImage> image(new QImage(imageFromPool(
         imgWidth, imgHeight, grey ? QImage::Format_Indexed8 : QImage::Format_RGB888)));
     if (unsigned char* const bits = image->bits()) {
         const long long pictureBytes = 1LL * imgWidth * imgHeight * (grey ? 1 : 3);

@@ -22,7 +22,7 @@ int stepFor(double value, const StepTable& table)
 
 double valueOf(int step, const StepTable& table)
 {
-    return table[static_cast<std::size_t>(step + neutralIndex)];
+    return table.begin()[step + neutralIndex];
 }
 
 } // namespace
