@@ -198,19 +198,22 @@ HWY_INLINE FloatVector shareOf(FloatVector green)
     return hn::Mul(constant(greenShare), green);
 }
 
-/// A mean in which a value weighs the less, the more the picture changes towards it.
-struct WeightedMean {
-    FloatVector sum;
-    FloatVector weights;
-
-    HWY_INLINE void add(FloatVector value, FloatVector change)
-    {
-        const auto weight = hn::Div(constant(1), hn::Add(change, constant(1)));
-        sum = hn::Add(sum, hn::Mul(value, weight));
-        weights = hn::Add(weights, weight);
+/// The mean of four values of which each weighs the less, the more the picture changes towards
+/// it: weights 1 / change, all multiplied by the four changes so that one division does.
+HWY_INLINE FloatVector weightedMean(const FloatVector (&values)[4], const FloatVector (&changes)[4])
+{
+    const auto first = hn::Mul(changes[0], changes[1]);
+    const auto second = hn::Mul(changes[2], changes[3]);
+    const FloatVector weights[4] = {hn::Mul(changes[1], second), hn::Mul(changes[0], second),
+                                    hn::Mul(changes[3], first), hn::Mul(changes[2], first)};
+    auto sum = hn::Mul(values[0], weights[0]);
+    auto whole = weights[0];
+    for (int i = 1; i < 4; ++i) {
+        sum = hn::Add(sum, hn::Mul(values[i], weights[i]));
+        whole = hn::Add(whole, weights[i]);
     }
-    HWY_INLINE FloatVector mean() const { return hn::Div(sum, weights); }
-};
+    return hn::Div(sum, whole);
+}
 
 /// What the row's own chroma has beyond its share of green.
 HWY_INLINE void ownRestRow(const TilePlane& mosaic, const TilePlane& green, const TilePlane& rest,
@@ -228,22 +231,22 @@ HWY_INLINE void otherRestRow(const TilePlane& mosaic, const TilePlane& green, co
                              int y)
 {
     const int column = chromaColumnOf(y);
+    constexpr int directions[4][2] = {{-1, -1}, {1, -1}, {-1, 1}, {1, 1}};
     forEachStep([&](int step) HWY_ATTR {
         const auto centre = load(green, y, column, step);
-        WeightedMean mean{constant(0), constant(0)};
-        const auto look = [&](int dx, int dy) HWY_ATTR {
-            const auto at = [&](const TilePlane& plane, int n)
-                                HWY_ATTR { return load(plane, y + n * dy, column + n * dx, step); };
-            const auto change = hn::Add(
-                hn::Add(distance(at(mosaic, 1), at(mosaic, -1)), distance(centre, at(green, 1))),
-                distance(centre, at(green, 2)));
-            mean.add(at(rest, 1), change);
-        };
-        look(-1, -1);
-        look(1, -1);
-        look(-1, 1);
-        look(1, 1);
-        store(mean.mean(), rest, y, column, step);
+        FloatVector values[4];
+        FloatVector changes[4];
+        for (int i = 0; i < 4; ++i) {
+            const auto at = [&](const TilePlane& plane, int n) HWY_ATTR {
+                return load(plane, y + n * directions[i][1], column + n * directions[i][0], step);
+            };
+            const auto across = distance(at(mosaic, 1), at(mosaic, -1));
+            const auto near = distance(centre, at(green, 1));
+            const auto far = distance(centre, at(green, 2));
+            values[i] = at(rest, 1);
+            changes[i] = hn::Add(hn::Add(hn::Add(across, near), far), constant(1));
+        }
+        store(weightedMean(values, changes), rest, y, column, step);
     });
 }
 
@@ -251,18 +254,18 @@ HWY_INLINE FloatVector restAtGreen(const TilePlane& green, const TilePlane& rest
                                    int step)
 {
     const auto centre = load(green, y, column, step);
-    WeightedMean mean{constant(0), constant(0)};
-    const auto look = [&](int dx, int dy) HWY_ATTR {
-        const auto ahead = load(rest, y + dy, column + dx, step);
-        const auto behind = load(rest, y - dy, column - dx, step);
+    const auto above = load(rest, y - 1, column, step);
+    const auto left = load(rest, y, column - 1, step);
+    const auto right = load(rest, y, column + 1, step);
+    const auto below = load(rest, y + 1, column, step);
+    const auto across = distance(left, right);
+    const auto upright = distance(above, below);
+    const auto change = [&](int dx, int dy, FloatVector opposite) HWY_ATTR {
         const auto far = load(green, y + 2 * dy, column + 2 * dx, step);
-        mean.add(ahead, hn::Add(distance(centre, far), distance(ahead, behind)));
+        return hn::Add(hn::Add(distance(centre, far), opposite), constant(1));
     };
-    look(0, -1);
-    look(-1, 0);
-    look(1, 0);
-    look(0, 1);
-    return mean.mean();
+    return weightedMean({above, left, right, below}, {change(0, -1, upright), change(-1, 0, across),
+                                                      change(1, 0, across), change(0, 1, upright)});
 }
 
 /// The planes of a tile. The rests take the place of differences that are no longer needed.
@@ -351,22 +354,41 @@ HWY_INLINE void interleave(const FinishedRow& row, std::uint8_t* rgb)
     }
 }
 
+/// Parts a row of samples, the first one of column -halo, into even and odd columns.
+HWY_INLINE void partLine(const std::uint8_t* line, const TilePlane& plane, int y)
+{
+    const Floats floats;
+    const hn::Rebind<std::int32_t, Floats> ints;
+    const hn::Rebind<std::uint16_t, Floats> words;
+    const hn::Repartition<std::uint8_t, decltype(words)> bytes;
+    const auto whole = [&](hn::Vec<decltype(words)> samples)
+                           HWY_ATTR { return hn::ConvertTo(floats, hn::PromoteTo(ints, samples)); };
+    forEachStep([&](int step) HWY_ATTR {
+        const std::uint8_t* const pair = line + 2 * (step - TilePlane::firstStep);
+        const auto pairs = hn::BitCast(words, hn::LoadU(bytes, pair));
+        store(whole(hn::And(pairs, hn::Set(words, 0xFF))), plane, y, 0, step);
+        store(whole(hn::ShiftRight<8>(pairs)), plane, y, 1, step);
+    });
+}
+
 /// Fills the plane from the mosaic, mirrored at its edges, with its origin at (left, top).
 void cutTile(const BayerMosaic& mosaic, int left, int top, const TilePlane& plane)
 {
     constexpr int halo = TilePlane::halo;
-    std::ptrdiff_t columns[TilePlane::columns + 2 * halo];
-    for (int x = -halo; x < TilePlane::columns + halo; ++x)
-        columns[x + halo] = mirrored(left + x, mosaic.width);
+    constexpr int width = TilePlane::columns + 2 * halo;
+    const int first = left - halo;
+    const bool isInside = first >= 0 && first + width <= mosaic.width;
+    HWY_ALIGN std::uint8_t line[width + 64] = {};
     for (int y = -halo; y < TilePlane::rows + halo; ++y) {
         const std::uint8_t* const from =
             mosaic.samples + mirrored(top + y, mosaic.height) * mosaic.width;
-        float* const even = plane.at(y, -halo);
-        float* const odd = plane.at(y, 1 - halo);
-        for (int i = 0; i < TilePlane::columns / 2 + halo; ++i) {
-            even[i] = from[columns[2 * i]];
-            odd[i] = from[columns[2 * i + 1]];
+        if (isInside) {
+            std::memcpy(line, from + first, width);
+        } else {
+            for (int x = 0; x < width; ++x)
+                line[x] = from[mirrored(first + x, mosaic.width)];
         }
+        partLine(line, plane, y);
     }
 }
 

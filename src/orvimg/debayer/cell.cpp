@@ -50,9 +50,9 @@ void cellRows(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb)
     for (int y = band.first; y < band.last; y += 2) {
         rows.load(y, y + 2);
         cellRow(mosaic, rows, y, writer.row());
-        writer.write(y);
+        writer.write(y, 0, mosaic.width);
         if (y + 1 < band.last)
-            writer.write(y + 1);
+            writer.write(y + 1, 0, mosaic.width);
     }
 }
 

@@ -83,16 +83,16 @@ HWY_INLINE void differenceRow(const Row<2>& row, std::int16_t* differences)
     }
 }
 
-/// \param above, here, below the differences at the site of column row.first in \p row, and at
-///   the sites left of it in the neighbouring rows
-HWY_INLINE void edgeDirectedRow(const Row<2>& row, const std::int16_t* above,
+/// \param above, here, below the differences at the site of column \p origin, and at the sites left
+///   of it in the neighbouring rows
+HWY_INLINE void edgeDirectedRow(const Row<2>& row, int origin, const std::int16_t* above,
                                 const std::int16_t* here, const std::int16_t* below)
 {
     const Shorts d;
     const auto one = hn::Set(d, 1);
     const auto two = hn::Set(d, 2);
     for (int x = row.first; x < row.end; x += pixelsAtOnce()) {
-        const int i = (x - row.first) / 2;
+        const int i = (x - origin) / 2;
         const auto chroma = everySecond(row[0] + x);
         const auto green = everySecond(row[0] + x + 1);
         const auto difference = hn::LoadU(d, here + i);
@@ -127,9 +127,13 @@ void edgeDirectedRows(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb
         const Row<2> row = rowAt<2>(mosaic, rows, done, writer.row());
         // A row that starts with chroma lies between rows that start left of the picture.
         const int left = row.first == 0 ? 0 : -1;
-        edgeDirectedRow(row, differences.row(done - 1) + left, differences.row(done),
-                        differences.row(done + 1) + left);
-        writer.write(done);
+        const std::int16_t* const above = differences.row(done - 1) + left;
+        const std::int16_t* const here = differences.row(done);
+        const std::int16_t* const below = differences.row(done + 1) + left;
+        const int origin = row.first;
+        fillRow(row, done, writer, [=](const Row<2>& piece) HWY_ATTR {
+            edgeDirectedRow(piece, origin, above, here, below);
+        });
     }
 }
 

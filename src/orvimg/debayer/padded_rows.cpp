@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include <hwy/cache_control.h>
+
 #include <orvimg/mirror.h>
 
 namespace orvimg
@@ -12,6 +14,7 @@ namespace
 {
 
 constexpr std::size_t longestVector = 64;
+constexpr int cacheLine = 64;
 
 } // namespace
 
@@ -40,6 +43,7 @@ void PaddedRows::load(int y)
     const std::uint8_t* const from = mosaic.samples + mirrored(y, mosaic.height) * width;
     std::uint8_t* const to = rows + slot(y) * stride + margin;
     std::memcpy(to, from, static_cast<std::size_t>(width));
+    prefetch(y + 1);
     if (width > margin) {
         for (std::ptrdiff_t i = 1; i <= margin; ++i) {
             to[-i] = from[i];
@@ -51,6 +55,16 @@ void PaddedRows::load(int y)
         to[-i] = from[mirrored(-i, width)];
         to[width - 1 + i] = from[mirrored(width - 1 + i, width)];
     }
+}
+
+// The processor's own prefetching stops at the end of each page, which is about each row.
+void PaddedRows::prefetch(int y) const
+{
+    if (y < 0 || y >= mosaic.height)
+        return;
+    const std::uint8_t* const from = mosaic.samples + std::ptrdiff_t{y} * mosaic.width;
+    for (int x = 0; x < mosaic.width; x += cacheLine)
+        hwy::Prefetch(from + x);
 }
 
 void PaddedRows::load(int first, int end)

@@ -27,6 +27,7 @@ public:
 
 private:
     static std::size_t strideFor(int width);
+    void prefetch(int y) const;
     std::size_t slot(int y) const
     {
         // Rows start a little above the picture.

@@ -92,14 +92,16 @@ public:
 
     /// \return the first pixel of a row in the making; a vector may run over both ends.
     std::uint8_t* row() const { return line; }
-    /// Copies row() to row \p y of the picture.
-    void write(int y) const
+    /// Copies pixels of row() to row \p y of the picture, from \p first to before \p end.
+    void write(int y, int first, int end) const
     {
         std::uint8_t* const target = picture + bytes * static_cast<std::size_t>(y);
+        const std::size_t from = 3 * static_cast<std::size_t>(first);
+        const std::size_t to = 3 * static_cast<std::size_t>(end);
         if (bypassesCache)
-            stream(target);
+            stream(target, from, to);
         else
-            std::memcpy(target, line, bytes);
+            std::memcpy(target + from, line + from, to - from);
     }
 
 private:
@@ -111,18 +113,18 @@ private:
 
     static std::size_t rowBytes(int width) { return 3 * static_cast<std::size_t>(width); }
 
-    void stream(std::uint8_t* target) const
+    void stream(std::uint8_t* target, std::size_t from, std::size_t to) const
     {
         const Bytes d;
         const std::size_t lanes = hn::Lanes(d);
-        const std::size_t misaligned = reinterpret_cast<std::uintptr_t>(target) % lanes;
-        std::size_t i = misaligned == 0 ? 0 : lanes - misaligned;
-        if (i > bytes)
-            i = bytes;
-        std::memcpy(target, line, i);
-        for (; i + lanes <= bytes; i += lanes)
+        const std::size_t misaligned = reinterpret_cast<std::uintptr_t>(target + from) % lanes;
+        std::size_t i = from + (misaligned == 0 ? 0 : lanes - misaligned);
+        if (i > to)
+            i = to;
+        std::memcpy(target + from, line + from, i - from);
+        for (; i + lanes <= to; i += lanes)
             hn::Stream(hn::LoadU(d, line + i), d, target + i);
-        std::memcpy(target + i, line + i, bytes - i);
+        std::memcpy(target + i, line + i, to - i);
     }
 
     std::uint8_t* picture;
@@ -158,6 +160,23 @@ HWY_INLINE Row<reach> rowAt(const BayerMosaic& mosaic, const PaddedRows& rows, i
     return row;
 }
 
+/// Has kernel(row) fill the pixels of row \p y and writes them. Both take turns, a piece of the
+/// row each, so that the memory is never idle while the kernel computes.
+template <int reach, typename Kernel>
+HWY_INLINE void fillRow(Row<reach> row, int y, const RowWriter& writer, Kernel kernel)
+{
+    constexpr int piece = 512; // pixels
+    const int width = row.end;
+    for (int written = 0; written < width;) {
+        const int end = row.first + piece < width ? row.first + piece : width;
+        row.end = end;
+        kernel(row);
+        writer.write(y, written, end);
+        written = end;
+        row.first += piece;
+    }
+}
+
 /// Has kernel(row) fill the pixels of each row of the band.
 template <int reach, typename Kernel>
 HWY_INLINE void forEachRow(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb,
@@ -171,8 +190,7 @@ HWY_INLINE void forEachRow(const BayerMosaic& mosaic, RowBand band, std::uint8_t
     rows.load(band.first - reach, band.first + reach);
     for (int y = band.first; y < band.last; ++y) {
         rows.load(y + reach);
-        kernel(rowAt<reach>(mosaic, rows, y, writer.row()));
-        writer.write(y);
+        fillRow(rowAt<reach>(mosaic, rows, y, writer.row()), y, writer, kernel);
     }
 }
 

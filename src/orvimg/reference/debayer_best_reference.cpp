@@ -144,6 +144,22 @@ Field greenOf(Field& mosaic, Phase phase, int width, int height)
 
 constexpr float greenShare = 0.875F; // of the detail of green that a chroma is taken to have
 
+/// The mean of four values with the weights 1 / change, each multiplied by the four changes.
+float weightedMean(const std::array<float, 4>& values, const std::array<float, 4>& changes)
+{
+    const float first = changes[0] * changes[1];
+    const float second = changes[2] * changes[3];
+    const std::array<float, 4> weights{changes[1] * second, changes[0] * second, changes[3] * first,
+                                       changes[2] * first};
+    float sum = values[0] * weights[0];
+    float whole = weights[0];
+    for (std::size_t i = 1; i < 4; ++i) {
+        sum += values[i] * weights[i];
+        whole += weights[i];
+    }
+    return sum / whole;
+}
+
 /// What a chroma has beyond its share of green, red first, at the chroma sites of both.
 std::array<Field, 2> chromaRests(Field& mosaic, Field& green, Phase phase, int width, int height)
 {
@@ -156,33 +172,31 @@ std::array<Field, 2> chromaRests(Field& mosaic, Field& green, Phase phase, int w
         if (phase.isGreen(x, y))
             return;
         Field& other = rests[1 - phase.chroma(y)];
-        float sum = 0;
-        float weights = 0;
-        for (const auto& [dx, dy] : diagonals) {
-            const float change = std::abs(mosaic(x + dx, y + dy) - mosaic(x - dx, y - dy)) +
-                                 std::abs(green(x, y) - green(x + dx, y + dy)) +
-                                 std::abs(green(x, y) - green(x + 2 * dx, y + 2 * dy)) + 1.0F;
-            const float weight = 1.0F / change;
-            sum += other(x + dx, y + dy) * weight;
-            weights += weight;
+        std::array<float, 4> values{};
+        std::array<float, 4> changes{};
+        for (std::size_t i = 0; i < 4; ++i) {
+            const auto [dx, dy] = diagonals[i];
+            values[i] = other(x + dx, y + dy);
+            changes[i] = std::abs(mosaic(x + dx, y + dy) - mosaic(x - dx, y - dy)) +
+                         std::abs(green(x, y) - green(x + dx, y + dy)) +
+                         std::abs(green(x, y) - green(x + 2 * dx, y + 2 * dy)) + 1.0F;
         }
-        other(x, y) = sum / weights;
+        other(x, y) = weightedMean(values, changes);
     });
     return rests;
 }
 
 float restAtGreen(Field& rest, Field& green, int x, int y)
 {
-    float sum = 0;
-    float weights = 0;
-    for (const auto& [dx, dy] : neighbours) {
-        const float change = std::abs(green(x, y) - green(x + 2 * dx, y + 2 * dy)) +
-                             std::abs(rest(x + dx, y + dy) - rest(x - dx, y - dy)) + 1.0F;
-        const float weight = 1.0F / change;
-        sum += rest(x + dx, y + dy) * weight;
-        weights += weight;
+    std::array<float, 4> values{};
+    std::array<float, 4> changes{};
+    for (std::size_t i = 0; i < 4; ++i) {
+        const auto [dx, dy] = neighbours[i];
+        values[i] = rest(x + dx, y + dy);
+        changes[i] = std::abs(green(x, y) - green(x + 2 * dx, y + 2 * dy)) +
+                     std::abs(rest(x + dx, y + dy) - rest(x - dx, y - dy)) + 1.0F;
     }
-    return sum / weights;
+    return weightedMean(values, changes);
 }
 
 std::uint8_t toByte(float value)
