@@ -1,6 +1,7 @@
 #include <AppComponents/imgproc/orvimg.h>
 
 #include <limits>
+#include <ostream>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -17,6 +18,11 @@ struct HistogramCase {
     Histogram histogram;
     std::size_t levels;
 };
+
+void PrintTo(const HistogramCase& tested, std::ostream* stream)
+{
+    *stream << tested.levels << " levels";
+}
 
 class HistogramTest : public testing::TestWithParam<HistogramCase>
 {
