@@ -48,7 +48,7 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-# Consumers compile against Qt's headers, so its development files come along.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS qtbase5-dev)
+# Consumers compile against Qt's headers; camview's icons and the recording indicator are SVG.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "qtbase5-dev, libqt5svg5")
 set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
 include(CPack)

@@ -18,15 +18,6 @@ QSharedPointer<QImage> imageOf(FrameEx2& picture)
     return QSharedPointer<QImage>::create(view.copy());
 }
 
-/// The samples alone: a copy of the record would also share the chain of derived frames, which
-/// the processing thread writes again for the next frame.
-void copySamples(const FrameEx2& from, FrameEx2& to)
-{
-    _FrameParams params = from.params;
-    to.InitFrame(params, from.rawBitDepth);
-    std::copy_n(from.getImageBuffer(), from.frameSizeInByte(), to.getImageBuffer());
-}
-
 } // namespace
 
 LiveFeed::LiveFeed(QObject* parent)
@@ -60,7 +51,7 @@ void LiveFeed::fill(LivePicture& picture, const ProcessedFrame& frame) const
     // Without processing the raw frame itself is the picture, and was mirrored itself.
     const bool separate = copied || &frame.picture != &raw;
     picture.image = imageOf(frame.picture);
-    copySamples(raw, picture.raw);
+    copyPixels(raw, picture.raw);
     picture.params = raw.params;
     picture.params.mirrorH = picture.params.mirrorH != flipH;
     picture.params.mirrorV = picture.params.mirrorV != flipV;

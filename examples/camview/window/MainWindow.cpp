@@ -33,6 +33,7 @@ namespace
 {
 
 constexpr int counterMs = 250;
+constexpr int messageMs = 8000;
 
 /// A source for a file that the user picked.
 QString sourceOfFile(const QString& fileName)
@@ -243,11 +244,16 @@ void MainWindow::useCamera(std::unique_ptr<Camera> camera, const QString& source
 
     const CameraInfo info = camera->info();
     store.emplace(options.settingsRoot, info.name);
+    CameraSettings settings = camera->settings();
+    // Left to itself, a simulated source runs as fast as the machine can.
+    if (settings.frameRate == 0)
+        settings.frameRate = info.naturalRate;
     if (options.restoreSettings) {
         const SettingsStore::Content content = store->load();
-        camera->apply(cameraSettingsFrom(content.window["camera"].toObject(), camera->settings()));
+        settings = cameraSettingsFrom(content.window["camera"].toObject(), settings);
         restore(content);
     }
+    camera->apply(settings);
     area->setSensorSize(info.sensorWidth, info.sensorHeight);
     docks->camera->setCamera(info);
     docks->map->setCamera(info);
@@ -347,7 +353,7 @@ void MainWindow::saveSnapshot(bool raw)
         tell(complaint);
         return;
     }
-    statusBar()->showMessage(tr("Saved %1").arg(fileName));
+    statusBar()->showMessage(tr("Saved %1").arg(QFileInfo(fileName).fileName()), messageMs);
     log(InfoLogType) << "Saved "
                      << (raw ? rawSource(newest->raw, newest->mosaic, fileName) : fileName)
                      << std::endl;

@@ -51,8 +51,8 @@ MeasurePanel::MeasurePanel(QWidget* parent)
     auto* form = new QFormLayout;
     layout->addLayout(form);
     layout->addWidget(profile, 1);
-    form->addRow(tr("&Pixel is"), scaleRow);
-    form->addRow(tr("&Area"), areaRow);
+    form->addRow(tr("Pi&xel is"), scaleRow);
+    form->addRow(tr("Area &in pixels"), areaRow);
     form->addRow(statistics);
     form->labelForField(scaleRow)->setToolTip(tr("Size of a sensor pixel in the ruler's unit"));
     qobject_cast<QLabel*>(form->labelForField(scaleRow))->setBuddy(scaleBox);

@@ -74,13 +74,13 @@ RecordingPanel::RecordingPanel(QWidget* parent)
 
     auto* form = new QFormLayout(this);
     form->setRowWrapPolicy(QFormLayout::WrapAllRows);
+    form->addRow(status);
     form->addRow(tr("F&older"), folderRow());
     form->addRow(tr("File &name"), pattern);
     form->addRow(tr("&Length"), lengthRow());
     form->addRow(tr("&Before the start"), preTrigger);
     form->addRow(tr("&Warn when the disk has less than"), warnBelow);
     form->addRow(tr("&Stop when the disk has less than"), stopBelow);
-    form->addRow(status);
     connect(preTrigger, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
             &RecordingPanel::preTriggerChanged);
     followLength();
@@ -127,7 +127,7 @@ void RecordingPanel::setRecordAction(QAction* action)
     button->setDefaultAction(action);
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     button->setFocusPolicy(Qt::TabFocus);
-    static_cast<QFormLayout*>(layout())->addRow(button);
+    static_cast<QFormLayout*>(layout())->insertRow(0, button);
 }
 
 void RecordingPanel::setFolder(const QString& path)

@@ -34,7 +34,7 @@ bool write(QWidget& widget, const QString& fileName, double density)
     QImage image(widget.size() * density, QImage::Format_RGB32);
     image.setDevicePixelRatio(density);
     widget.render(&image);
-    return image.save(fileName, "PNG");
+    return image.save(fileName, "PNG", 0);
 }
 
 bool writeDocks(MainWindow& window, const QString& folder)
