@@ -4,7 +4,6 @@
 #include <atomic>
 
 #include <oneapi/tbb/parallel_for.h>
-#include <oneapi/tbb/task_arena.h>
 
 #include <orvimg/orvimg_threads.h>
 
@@ -31,9 +30,9 @@ int rowBandCount(int rows, int minimumRows)
 
 void runOnThreads(int count, void (*task)(void* context, int index), void* context)
 {
-    oneapi::tbb::task_arena arena(threadCount);
-    arena.execute(
-        [=] { oneapi::tbb::parallel_for(0, count, [=](int index) { task(context, index); }); });
+    // There are no more bands than threads are set, so this is all that limits them; with an arena
+    // of our own, helpers came too late for short work more often.
+    oneapi::tbb::parallel_for(0, count, [=](int index) { task(context, index); });
 }
 
 } // namespace orvimg
