@@ -23,8 +23,8 @@ struct BayerPhase {
 
 /// A pixel format of the PFNC naming convention that camview can take.
 struct PixelFormat {
-    std::uint32_t code = 0; ///< the 32-bit value of the convention
     const char* name = "";  ///< the camera's name for it, such as BayerRG12Packed
+    std::uint32_t code = 0; ///< the 32-bit value of the convention
     int bitDepth = 8;
     Packing packing = Packing::Bytes;
     std::optional<BayerPhase> phase; ///< none for a monochrome format

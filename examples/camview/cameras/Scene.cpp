@@ -116,7 +116,7 @@ std::uint16_t Scene::filtered(int x, int y, const float rgb[3]) const
     float light = 0.299F * rgb[0] + 0.587F * rgb[1] + 0.114F * rgb[2];
     if (mosaic)
         light = (x + y) % 2 == 0 ? rgb[1] : (y % 2 == 0 ? rgb[2] : rgb[0]);
-    return static_cast<std::uint16_t>(std::clamp(light, 0.0F, 1.0F) * full + 0.5F);
+    return static_cast<std::uint16_t>(std::lround(std::clamp(light, 0.0F, 1.0F) * full));
 }
 
 ChartScene::ChartScene(int width, int height, bool isMosaic)

@@ -7,9 +7,9 @@ using namespace std::chrono_literals;
 namespace
 {
 
-// As a camera's own memory would, a late source catches up by this many frames; what is later
+// As a camera's driver has buffers, a late source catches up by this many frames; what is later
 // than that was never exposed.
-constexpr int framesOfSlack = 3;
+constexpr int framesOfSlack = 16;
 
 // The camera's clock of a source that delivers as fast as it can.
 constexpr double unpacedRate = 60;

@@ -45,14 +45,14 @@ QString cleaned(QString name)
 QString fileNameFrom(const QString& pattern, const QString& camera, const QDateTime& time,
                      const std::function<bool(const QString&)>& isTaken)
 {
-    const QString plain = cleaned(expanded(pattern, camera, time, QString()));
+    QString plain = cleaned(expanded(pattern, camera, time, QString()));
     const bool numbered = cleaned(expanded(pattern, camera, time, "0")) != plain;
     if (!numbered && !isTaken(plain))
         return plain;
     const QString counted = numbered ? pattern : pattern + "_%n";
     for (int number = 1;; ++number) {
         const QString text = QString::number(number).rightJustified(3, '0');
-        const QString name = cleaned(expanded(counted, camera, time, text));
+        QString name = cleaned(expanded(counted, camera, time, text));
         if (!isTaken(name))
             return name;
     }

@@ -18,7 +18,7 @@ constexpr qint64 bufferAllowance = 1 << 20;
 std::wstring frameLogOf(const QString& folder)
 {
     const std::wstring path = QFileInfo(folder).absoluteFilePath().toStdWString();
-    const std::wstring name = L"camview recordings in " + path;
+    std::wstring name = L"camview recordings in " + path;
     if (CLogManager::getLogList(seqienceLog, name).empty())
         CLogManager::registerLogAndAddToGC(new CFileFrameSequenceLog(path), name);
     return name;

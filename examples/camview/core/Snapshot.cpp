@@ -16,7 +16,7 @@ void Snapshot::take(const ProcessedFrame& frame)
 
 QString Snapshot::write(const QString& pngName)
 {
-    const QString problem = writePng(picture, pngName);
+    QString problem = writePng(picture, pngName);
     if (!problem.isEmpty() || !hasRaw)
         return problem;
     QSaveFile file(rawNameOf(pngName));

@@ -16,6 +16,9 @@
 namespace
 {
 
+// Nobody sees more; every frame's would only slow the processing down.
+constexpr std::chrono::milliseconds histogramPeriod(100);
+
 struct OptionText {
     const char* name;
     const char* value; ///< null for a switch
@@ -61,8 +64,8 @@ constexpr OptionText optionTexts[] = {
 };
 
 constexpr const char* processingOptions[] = {
-    "average", "method", "lut", "brightness", "contrast", "gamma", "stretch",
-    "white-balance", "color-correction", "median", "flip-h", "flip-v", "mono"};
+    "average",       "method",           "lut",    "brightness", "contrast", "gamma", "stretch",
+    "white-balance", "color-correction", "median", "flip-h",     "flip-v",   "mono"};
 
 /// The parsed line with checked access to its values.
 class Arguments
@@ -247,6 +250,7 @@ ProcessingSettings processingFrom(const Arguments& arguments)
         correction.flipV = true;
     if (arguments.has("average"))
         settings.averageFrames = int(arguments.integer("average", 1, RingFrameBuffer::maxFrames));
+    settings.histogramPeriod = histogramPeriod;
     settings.autoStretch = arguments.has("stretch");
     settings.greyFromMosaic = arguments.has("mono");
     return settings;
