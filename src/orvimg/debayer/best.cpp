@@ -371,6 +371,14 @@ HWY_INLINE void partLine(const std::uint8_t* line, const TilePlane& plane, int y
     });
 }
 
+/// Rows of a tile are too short for the processor to foresee the next ones.
+HWY_INLINE void prefetchNextTile(const std::uint8_t* from)
+{
+    constexpr int cacheLine = 64;
+    for (int x = 0; x < TilePlane::columns; x += cacheLine)
+        hwy::Prefetch(from + x);
+}
+
 /// Fills the plane from the mosaic, mirrored at its edges, with its origin at (left, top).
 void cutTile(const BayerMosaic& mosaic, int left, int top, const TilePlane& plane)
 {
@@ -384,6 +392,7 @@ void cutTile(const BayerMosaic& mosaic, int left, int top, const TilePlane& plan
             mosaic.samples + mirrored(top + y, mosaic.height) * mosaic.width;
         if (isInside) {
             std::memcpy(line, from + first, width);
+            prefetchNextTile(from + first + width);
         } else {
             for (int x = 0; x < width; ++x)
                 line[x] = from[mirrored(first + x, mosaic.width)];

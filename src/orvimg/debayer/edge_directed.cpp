@@ -131,7 +131,7 @@ void edgeDirectedRows(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb
         const std::int16_t* const here = differences.row(done);
         const std::int16_t* const below = differences.row(done + 1) + left;
         const int origin = row.first;
-        fillRow(row, done, writer, [=](const Row<2>& piece) HWY_ATTR {
+        fillRow(row, done, rows, writer, [=](const Row<2>& piece) HWY_ATTR {
             edgeDirectedRow(piece, origin, above, here, below);
         });
     }

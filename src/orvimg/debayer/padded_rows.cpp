@@ -43,7 +43,6 @@ void PaddedRows::load(int y)
     const std::uint8_t* const from = mosaic.samples + mirrored(y, mosaic.height) * width;
     std::uint8_t* const to = rows + slot(y) * stride + margin;
     std::memcpy(to, from, static_cast<std::size_t>(width));
-    prefetch(y + 1);
     if (width > margin) {
         for (std::ptrdiff_t i = 1; i <= margin; ++i) {
             to[-i] = from[i];
@@ -57,13 +56,12 @@ void PaddedRows::load(int y)
     }
 }
 
-// The processor's own prefetching stops at the end of each page, which is about each row.
-void PaddedRows::prefetch(int y) const
+void PaddedRows::prefetch(int y, int first, int end) const
 {
     if (y < 0 || y >= mosaic.height)
         return;
     const std::uint8_t* const from = mosaic.samples + std::ptrdiff_t{y} * mosaic.width;
-    for (int x = 0; x < mosaic.width; x += cacheLine)
+    for (int x = first; x < end; x += cacheLine)
         hwy::Prefetch(from + x);
 }
 

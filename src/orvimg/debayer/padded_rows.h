@@ -22,12 +22,15 @@ public:
     void load(int y);
     void load(int first, int end);
 
+    /// Asks for samples of row \p y that will be loaded soon: the processor's own prefetching stops
+    /// at the end of each page, which is about each row.
+    void prefetch(int y, int first, int end) const;
+
     /// \return sample 0 of row \p y, which must be held.
     const std::uint8_t* row(int y) const { return rows + slot(y) * stride + margin; }
 
 private:
     static std::size_t strideFor(int width);
-    void prefetch(int y) const;
     std::size_t slot(int y) const
     {
         // Rows start a little above the picture.

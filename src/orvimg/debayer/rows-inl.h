@@ -161,15 +161,18 @@ HWY_INLINE Row<reach> rowAt(const BayerMosaic& mosaic, const PaddedRows& rows, i
 }
 
 /// Has kernel(row) fill the pixels of row \p y and writes them. Both take turns, a piece of the
-/// row each, so that the memory is never idle while the kernel computes.
+/// row each, so that the memory is never idle while the kernel computes; the row after the window
+/// is fetched.
 template <int reach, typename Kernel>
-HWY_INLINE void fillRow(Row<reach> row, int y, const RowWriter& writer, Kernel kernel)
+HWY_INLINE void fillRow(Row<reach> row, int y, const PaddedRows& rows, const RowWriter& writer,
+                        Kernel kernel)
 {
     constexpr int piece = 512; // pixels
     const int width = row.end;
     for (int written = 0; written < width;) {
         const int end = row.first + piece < width ? row.first + piece : width;
         row.end = end;
+        rows.prefetch(y + reach + 1, written, end);
         kernel(row);
         writer.write(y, written, end);
         written = end;
@@ -190,7 +193,7 @@ HWY_INLINE void forEachRow(const BayerMosaic& mosaic, RowBand band, std::uint8_t
     rows.load(band.first - reach, band.first + reach);
     for (int y = band.first; y < band.last; ++y) {
         rows.load(y + reach);
-        fillRow(rowAt<reach>(mosaic, rows, y, writer.row()), y, writer, kernel);
+        fillRow(rowAt<reach>(mosaic, rows, y, writer.row()), y, rows, writer, kernel);
     }
 }
 
