@@ -121,29 +121,6 @@ HWY_INLINE void noiseRow(const AxisPlanes& axis, int y, int column)
     });
 }
 
-/// Fills the planes of an axis as far as the estimates of green at the rows -3 ... rows + 3 need.
-template <int dx, int dy>
-HWY_INLINE void analyse(const TilePlane& mosaic, const AxisPlanes& axis)
-{
-    constexpr int rows = TilePlane::rows;
-    constexpr int noiseReach = 3 + 4 * dy;
-    constexpr int smoothReach = noiseReach + dx;
-    constexpr int differenceReach = smoothReach + 3 * dy;
-    for (int y = -differenceReach; y < rows + differenceReach; ++y) {
-        const int chroma = chromaColumnOf(y);
-        differenceRow<dx, dy, false>(mosaic, axis.difference, y, chroma);
-        differenceRow<dx, dy, true>(mosaic, axis.difference, y, 1 - chroma);
-    }
-    for (int y = -smoothReach; y < rows + smoothReach; ++y) {
-        smoothRow<dx, dy>(axis, y, 0);
-        smoothRow<dx, dy>(axis, y, 1);
-    }
-    for (int y = -noiseReach; y < rows + noiseReach; ++y) {
-        noiseRow<dx, dy>(axis, y, 0);
-        noiseRow<dx, dy>(axis, y, 1);
-    }
-}
-
 struct Estimate {
     FloatVector value;
     FloatVector error; // expected square
@@ -290,17 +267,53 @@ struct TilePlanes {
     }
 };
 
+constexpr bool isWithin(int y, int reach)
+{
+    return y >= -reach && y < TilePlane::rows + reach;
+}
+
+/// Rows of differences along both axes and what follows from them, as far as the estimates of
+/// green at the rows -3 ... rows + 3 need. The axis across is ready a few rows later.
+HWY_INLINE void analyseRows(const TilePlanes& tile, int y)
+{
+    constexpr int delay = 6;
+    if (isWithin(y, 10)) {
+        differenceRow<0, 1, false>(tile.mosaic, tile.upright.difference, y, chromaColumnOf(y));
+        differenceRow<0, 1, true>(tile.mosaic, tile.upright.difference, y, 1 - chromaColumnOf(y));
+    }
+    if (isWithin(y - 3, 7)) {
+        for (const int column : {0, 1})
+            smoothRow<0, 1>(tile.upright, y - 3, column);
+        for (const int column : {0, 1})
+            noiseRow<0, 1>(tile.upright, y - 3, column);
+    }
+    const int late = y - delay;
+    if (isWithin(late, 4)) {
+        differenceRow<1, 0, false>(tile.mosaic, tile.across.difference, late, chromaColumnOf(late));
+        differenceRow<1, 0, true>(tile.mosaic, tile.across.difference, late,
+                                  1 - chromaColumnOf(late));
+        for (const int column : {0, 1})
+            smoothRow<1, 0>(tile.across, late, column);
+    }
+    if (isWithin(late - 1, 3)) {
+        for (const int column : {0, 1})
+            noiseRow<1, 0>(tile.across, late - 1, column);
+    }
+}
+
+/// All stages take turns row by row, each as many rows late as it needs of the ones before, so
+/// that what they hand on is still in the first-level cache.
 HWY_INLINE void interpolateTile(const TilePlanes& tile)
 {
-    constexpr int rows = TilePlane::rows;
-    analyse<1, 0>(tile.mosaic, tile.across);
-    analyse<0, 1>(tile.mosaic, tile.upright);
-    for (int y = -3; y < rows + 3; ++y)
-        greenRow(tile.mosaic, tile.across, tile.upright, tile.green, y);
-    for (int y = -2; y < rows + 2; ++y)
-        ownRestRow(tile.mosaic, tile.green, tile.rest(y & 1), y);
-    for (int y = -1; y < rows + 1; ++y)
-        otherRestRow(tile.mosaic, tile.green, tile.rest(1 - (y & 1)), y);
+    for (int y = -10; y < TilePlane::rows + 11; ++y) {
+        analyseRows(tile, y);
+        if (isWithin(y - 7, 3))
+            greenRow(tile.mosaic, tile.across, tile.upright, tile.green, y - 7);
+        if (isWithin(y - 9, 2))
+            ownRestRow(tile.mosaic, tile.green, tile.rest((y - 9) & 1), y - 9);
+        if (isWithin(y - 10, 1))
+            otherRestRow(tile.mosaic, tile.green, tile.rest((y - 9) & 1), y - 10);
+    }
 }
 
 /// One finished row, its columns parted into even and odd.
