@@ -367,7 +367,7 @@ HWY_INLINE void interleave(const FinishedRow& row, std::uint8_t* rgb)
     }
 }
 
-/// Parts a row of samples, the first one of column -halo, into even and odd columns.
+/// Parts a row of samples, the first one of column -columnHalo, into even and odd columns.
 HWY_INLINE void partLine(const std::uint8_t* line, const TilePlane& plane, int y)
 {
     const Floats floats;
@@ -396,8 +396,8 @@ HWY_INLINE void prefetchNextTile(const std::uint8_t* from)
 void cutTile(const BayerMosaic& mosaic, int left, int top, const TilePlane& plane)
 {
     constexpr int halo = TilePlane::halo;
-    constexpr int width = TilePlane::columns + 2 * halo;
-    const int first = left - halo;
+    constexpr int width = TilePlane::columns + 2 * TilePlane::columnHalo;
+    const int first = left - TilePlane::columnHalo;
     const bool isInside = first >= 0 && first + width <= mosaic.width;
     HWY_ALIGN std::uint8_t line[width + 64] = {};
     for (int y = -halo; y < TilePlane::rows + halo; ++y) {

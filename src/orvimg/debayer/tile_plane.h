@@ -15,7 +15,8 @@ class TilePlane
 public:
     static constexpr int columns = 192; ///< of the tile
     static constexpr int rows = 64;
-    static constexpr int halo = 12; ///< rows and columns known on either side
+    static constexpr int halo = 12;       ///< rows known above and below
+    static constexpr int columnHalo = 16; ///< columns known left and right
 
     static std::size_t scratchBytes() { return floats * sizeof(float) + Scratch::blockOverhead; }
     explicit TilePlane(Scratch& scratch)
@@ -29,14 +30,16 @@ public:
         return origin + row * rowStride + (column & 1) * halfStride + (column >> 1);
     }
 
-    /// The columns that a stage fills, as offsets to its first one; a vector may run over the end.
-    static constexpr int firstStep = -halo / 2;
-    static constexpr int endStep = (columns + halo) / 2;
+    /// The columns that a stage fills, as offsets to its first one: whole aligned vectors.
+    static constexpr int firstStep = -columnHalo / 2;
+    static constexpr int endStep = (columns + columnHalo) / 2;
 
 private:
-    static constexpr int leftMargin = 16;
-    static constexpr int halfStride = leftMargin + endStep + 22; // 22: a vector and its reach
+    static constexpr int leftMargin = 16; // stages look aside from the first column too
+    // Aligned, and the rows of a column do not all fall into one set of the cache.
+    static constexpr int halfStride = leftMargin + endStep + 24;
     static constexpr int rowStride = 2 * halfStride;
+    static_assert(halfStride % 16 == 0);
     static constexpr std::size_t floats =
         static_cast<std::size_t>(rowStride) * (rows + 2 * halo) + 2 * leftMargin;
 
