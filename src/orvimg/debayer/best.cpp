@@ -8,7 +8,7 @@
 #include <hwy/highway.h>
 
 #include <orvimg/debayer/rows-inl.h>
-#include <orvimg/debayer/tile_plane.h>
+#include <orvimg/debayer/strip_plane.h>
 #include <orvimg/mirror.h>
 
 HWY_BEFORE_NAMESPACE();
@@ -20,7 +20,7 @@ namespace HWY_NAMESPACE
 using Floats = hn::CappedTag<float, 16>;
 using FloatVector = hn::Vec<Floats>;
 
-/// Tiles are cut such that each starts with a red sample: even rows are red, odd ones blue.
+/// Strips are cut such that they start with a red sample: even rows are red, odd ones blue.
 HWY_INLINE int chromaColumnOf(int row)
 {
     return row & 1;
@@ -31,12 +31,12 @@ HWY_INLINE FloatVector constant(float value)
     return hn::Set(Floats(), value);
 }
 
-HWY_INLINE FloatVector load(const TilePlane& plane, int row, int column, int step)
+HWY_INLINE FloatVector load(const StripPlane& plane, int row, int column, int step)
 {
     return hn::LoadU(Floats(), plane.at(row, column) + step);
 }
 
-HWY_INLINE void store(FloatVector value, const TilePlane& plane, int row, int column, int step)
+HWY_INLINE void store(FloatVector value, const StripPlane& plane, int row, int column, int step)
 {
     hn::StoreU(value, Floats(), plane.at(row, column) + step);
 }
@@ -56,15 +56,15 @@ template <typename Function>
 HWY_INLINE void forEachStep(Function function)
 {
     const int lanes = static_cast<int>(hn::Lanes(Floats()));
-    for (int step = TilePlane::firstStep; step < TilePlane::endStep; step += lanes)
+    for (int step = StripPlane::firstStep; step < StripPlane::endStep; step += lanes)
         function(step);
 }
 
-/// What is known along one axis of a tile.
+/// What is known along one axis of a strip.
 struct AxisPlanes {
-    TilePlane difference; // green less chroma, with every second sample interpolated
-    TilePlane smooth;     // the same, low-pass filtered
-    TilePlane noise;      // squared deviation of the two, summed over three lines
+    StripPlane difference; // green less chroma, with every second sample interpolated
+    StripPlane smooth;     // the same, low-pass filtered
+    StripPlane noise;      // squared deviation of the two, summed over three lines
 
     explicit AxisPlanes(Scratch& scratch)
         : difference(scratch)
@@ -76,7 +76,7 @@ struct AxisPlanes {
 
 /// Interpolates along (dx, dy) and takes the difference, at the sites from \p column on.
 template <int dx, int dy, bool isGreen>
-HWY_INLINE void differenceRow(const TilePlane& mosaic, const TilePlane& difference, int y,
+HWY_INLINE void differenceRow(const StripPlane& mosaic, const StripPlane& difference, int y,
                               int column)
 {
     forEachStep([&](int step) HWY_ATTR {
@@ -152,8 +152,8 @@ HWY_INLINE Estimate estimateAt(const AxisPlanes& axis, int y, int column, int st
     return {hn::Mul(weighted, share), hn::Mul(hn::Mul(signal, error), share)};
 }
 
-HWY_INLINE void greenRow(const TilePlane& mosaic, const AxisPlanes& across,
-                         const AxisPlanes& upright, const TilePlane& green, int y)
+HWY_INLINE void greenRow(const StripPlane& mosaic, const AxisPlanes& across,
+                         const AxisPlanes& upright, const StripPlane& green, int y)
 {
     const int column = chromaColumnOf(y);
     forEachStep([&](int step) HWY_ATTR {
@@ -193,8 +193,8 @@ HWY_INLINE FloatVector weightedMean(const FloatVector (&values)[4], const FloatV
 }
 
 /// What the row's own chroma has beyond its share of green.
-HWY_INLINE void ownRestRow(const TilePlane& mosaic, const TilePlane& green, const TilePlane& rest,
-                           int y)
+HWY_INLINE void ownRestRow(const StripPlane& mosaic, const StripPlane& green,
+                           const StripPlane& rest, int y)
 {
     const int column = chromaColumnOf(y);
     forEachStep([&](int step) HWY_ATTR {
@@ -204,8 +204,8 @@ HWY_INLINE void ownRestRow(const TilePlane& mosaic, const TilePlane& green, cons
 }
 
 /// The same of the other chroma, from the four diagonal neighbours.
-HWY_INLINE void otherRestRow(const TilePlane& mosaic, const TilePlane& green, const TilePlane& rest,
-                             int y)
+HWY_INLINE void otherRestRow(const StripPlane& mosaic, const StripPlane& green,
+                             const StripPlane& rest, int y)
 {
     const int column = chromaColumnOf(y);
     constexpr int directions[4][2] = {{-1, -1}, {1, -1}, {-1, 1}, {1, 1}};
@@ -214,7 +214,7 @@ HWY_INLINE void otherRestRow(const TilePlane& mosaic, const TilePlane& green, co
         FloatVector values[4];
         FloatVector changes[4];
         for (int i = 0; i < 4; ++i) {
-            const auto at = [&](const TilePlane& plane, int n) HWY_ATTR {
+            const auto at = [&](const StripPlane& plane, int n) HWY_ATTR {
                 return load(plane, y + n * directions[i][1], column + n * directions[i][0], step);
             };
             const auto across = distance(at(mosaic, 1), at(mosaic, -1));
@@ -227,8 +227,8 @@ HWY_INLINE void otherRestRow(const TilePlane& mosaic, const TilePlane& green, co
     });
 }
 
-HWY_INLINE FloatVector restAtGreen(const TilePlane& green, const TilePlane& rest, int y, int column,
-                                   int step)
+HWY_INLINE FloatVector restAtGreen(const StripPlane& green, const StripPlane& rest, int y,
+                                   int column, int step)
 {
     const auto centre = load(green, y, column, step);
     const auto above = load(rest, y - 1, column, step);
@@ -245,15 +245,15 @@ HWY_INLINE FloatVector restAtGreen(const TilePlane& green, const TilePlane& rest
                                                       change(1, 0, across), change(0, 1, upright)});
 }
 
-/// The planes of a tile. The rests take the place of differences that are no longer needed.
-struct TilePlanes {
-    TilePlane mosaic;
-    TilePlane green;
+/// The planes of a strip. The rests take the place of differences that are no longer needed.
+struct StripPlanes {
+    StripPlane mosaic;
+    StripPlane green;
     AxisPlanes across;
     AxisPlanes upright;
 
-    static std::size_t scratchBytes() { return 8 * TilePlane::scratchBytes(); }
-    explicit TilePlanes(Scratch& scratch)
+    static std::size_t scratchBytes() { return 8 * StripPlane::scratchBytes(); }
+    explicit StripPlanes(Scratch& scratch)
         : mosaic(scratch)
         , green(scratch)
         , across(scratch)
@@ -261,64 +261,49 @@ struct TilePlanes {
     {
     }
     /// \param chroma 0 red, 1 blue
-    const TilePlane& rest(int chroma) const
+    const StripPlane& rest(int chroma) const
     {
         return chroma == 0 ? across.difference : upright.difference;
     }
 };
 
-constexpr bool isWithin(int y, int reach)
+/// Differences along both axes and what follows from them. The axis across is some rows late, as
+/// its estimates look no further down than its noise does.
+HWY_INLINE void analyseRows(const StripPlanes& strip, int y)
 {
-    return y >= -reach && y < TilePlane::rows + reach;
+    differenceRow<0, 1, false>(strip.mosaic, strip.upright.difference, y, chromaColumnOf(y));
+    differenceRow<0, 1, true>(strip.mosaic, strip.upright.difference, y, 1 - chromaColumnOf(y));
+    const int late = y - 6;
+    differenceRow<1, 0, false>(strip.mosaic, strip.across.difference, late, chromaColumnOf(late));
+    differenceRow<1, 0, true>(strip.mosaic, strip.across.difference, late,
+                              1 - chromaColumnOf(late));
+    for (const int column : {0, 1}) {
+        smoothRow<0, 1>(strip.upright, y - 3, column);
+        smoothRow<1, 0>(strip.across, late, column);
+    }
+    for (const int column : {0, 1}) {
+        noiseRow<0, 1>(strip.upright, y - 3, column);
+        noiseRow<1, 0>(strip.across, late - 1, column);
+    }
 }
 
-/// Rows of differences along both axes and what follows from them, as far as the estimates of
-/// green at the rows -3 ... rows + 3 need. The axis across is ready a few rows later.
-HWY_INLINE void analyseRows(const TilePlanes& tile, int y)
-{
-    constexpr int delay = 6;
-    if (isWithin(y, 10)) {
-        differenceRow<0, 1, false>(tile.mosaic, tile.upright.difference, y, chromaColumnOf(y));
-        differenceRow<0, 1, true>(tile.mosaic, tile.upright.difference, y, 1 - chromaColumnOf(y));
-    }
-    if (isWithin(y - 3, 7)) {
-        for (const int column : {0, 1})
-            smoothRow<0, 1>(tile.upright, y - 3, column);
-        for (const int column : {0, 1})
-            noiseRow<0, 1>(tile.upright, y - 3, column);
-    }
-    const int late = y - delay;
-    if (isWithin(late, 4)) {
-        differenceRow<1, 0, false>(tile.mosaic, tile.across.difference, late, chromaColumnOf(late));
-        differenceRow<1, 0, true>(tile.mosaic, tile.across.difference, late,
-                                  1 - chromaColumnOf(late));
-        for (const int column : {0, 1})
-            smoothRow<1, 0>(tile.across, late, column);
-    }
-    if (isWithin(late - 1, 3)) {
-        for (const int column : {0, 1})
-            noiseRow<1, 0>(tile.across, late - 1, column);
-    }
-}
+// How far the stages run ahead of the finished row.
+constexpr int lead = 11;
+constexpr int mosaicLead = lead + 2;
 
 /// All stages take turns row by row, each as many rows late as it needs of the ones before, so
-/// that what they hand on is still in the first-level cache.
-HWY_INLINE void interpolateTile(const TilePlanes& tile)
+/// that what they hand on is still in the first-level cache. Brings row y - lead to its end.
+HWY_INLINE void interpolateRow(const StripPlanes& strip, int y)
 {
-    for (int y = -10; y < TilePlane::rows + 11; ++y) {
-        analyseRows(tile, y);
-        if (isWithin(y - 7, 3))
-            greenRow(tile.mosaic, tile.across, tile.upright, tile.green, y - 7);
-        if (isWithin(y - 9, 2))
-            ownRestRow(tile.mosaic, tile.green, tile.rest((y - 9) & 1), y - 9);
-        if (isWithin(y - 10, 1))
-            otherRestRow(tile.mosaic, tile.green, tile.rest((y - 9) & 1), y - 10);
-    }
+    analyseRows(strip, y);
+    greenRow(strip.mosaic, strip.across, strip.upright, strip.green, y - 7);
+    ownRestRow(strip.mosaic, strip.green, strip.rest((y - 9) & 1), y - 9);
+    otherRestRow(strip.mosaic, strip.green, strip.rest((y - 9) & 1), y - 10);
 }
 
 /// One finished row, its columns parted into even and odd.
 struct FinishedRow {
-    static constexpr int length = TilePlane::columns / 2 + 32;
+    static constexpr int length = StripPlane::columns / 2 + 32;
     HWY_ALIGN std::int16_t samples[3][2][length];
 
     HWY_INLINE void set(int channel, int column, int step, FloatVector value)
@@ -331,24 +316,24 @@ struct FinishedRow {
     }
 };
 
-HWY_INLINE void finishRow(const TilePlanes& tile, int y, FinishedRow* row)
+HWY_INLINE void finishRow(const StripPlanes& strip, int y, FinishedRow* row)
 {
     const int chroma = y & 1;
     const int channel = 2 * chroma;
     const int site = chromaColumnOf(y);
     const int greenSite = 1 - site;
     const int lanes = static_cast<int>(hn::Lanes(Floats()));
-    for (int step = 0; step < TilePlane::columns / 2; step += lanes) {
-        const auto green = load(tile.green, y, site, step);
-        const auto other = load(tile.rest(1 - chroma), y, site, step);
-        row->set(channel, site, step, load(tile.mosaic, y, site, step));
+    for (int step = 0; step < StripPlane::columns / 2; step += lanes) {
+        const auto green = load(strip.green, y, site, step);
+        const auto other = load(strip.rest(1 - chroma), y, site, step);
+        row->set(channel, site, step, load(strip.mosaic, y, site, step));
         row->set(1, site, step, green);
         row->set(2 - channel, site, step, hn::Add(shareOf(green), other));
-        const auto known = load(tile.green, y, greenSite, step);
+        const auto known = load(strip.green, y, greenSite, step);
         const auto share = shareOf(known);
         row->set(1, greenSite, step, known);
         for (const int c : {0, 1}) {
-            const auto rest = restAtGreen(tile.green, tile.rest(c), y, greenSite, step);
+            const auto rest = restAtGreen(strip.green, strip.rest(c), y, greenSite, step);
             row->set(2 * c, greenSite, step, hn::Add(share, rest));
         }
     }
@@ -358,7 +343,7 @@ HWY_INLINE void interleave(const FinishedRow& row, std::uint8_t* rgb)
 {
     const Shorts d;
     const int lanes = static_cast<int>(hn::Lanes(d));
-    for (int step = 0; step < TilePlane::columns / 2; step += lanes) {
+    for (int step = 0; step < StripPlane::columns / 2; step += lanes) {
         const auto channel = [&](int c) HWY_ATTR {
             return joined(hn::LoadU(d, row.samples[c][0] + step),
                           hn::LoadU(d, row.samples[c][1] + step));
@@ -368,7 +353,7 @@ HWY_INLINE void interleave(const FinishedRow& row, std::uint8_t* rgb)
 }
 
 /// Parts a row of samples, the first one of column -columnHalo, into even and odd columns.
-HWY_INLINE void partLine(const std::uint8_t* line, const TilePlane& plane, int y)
+HWY_INLINE void partLine(const std::uint8_t* line, const StripPlane& plane, int y)
 {
     const Floats floats;
     const hn::Rebind<std::int32_t, Floats> ints;
@@ -377,56 +362,83 @@ HWY_INLINE void partLine(const std::uint8_t* line, const TilePlane& plane, int y
     const auto whole = [&](hn::Vec<decltype(words)> samples)
                            HWY_ATTR { return hn::ConvertTo(floats, hn::PromoteTo(ints, samples)); };
     forEachStep([&](int step) HWY_ATTR {
-        const std::uint8_t* const pair = line + 2 * (step - TilePlane::firstStep);
+        const std::uint8_t* const pair = line + 2 * (step - StripPlane::firstStep);
         const auto pairs = hn::BitCast(words, hn::LoadU(bytes, pair));
         store(whole(hn::And(pairs, hn::Set(words, 0xFF))), plane, y, 0, step);
         store(whole(hn::ShiftRight<8>(pairs)), plane, y, 1, step);
     });
 }
 
-/// Rows of a tile are too short for the processor to foresee the next ones.
-HWY_INLINE void prefetchNextTile(const std::uint8_t* from)
+/// Columns of the mosaic, mirrored at its edges, and the rows that a strip needs of them.
+class StripCutter
 {
-    constexpr int cacheLine = 64;
-    for (int x = 0; x < TilePlane::columns; x += cacheLine)
-        hwy::Prefetch(from + x);
-}
+public:
+    StripCutter(const BayerMosaic& source, int left)
+        : mosaic(source)
+        , first(left - StripPlane::columnHalo)
+        , isInside(first >= 0 && first + width <= source.width)
+    {
+        for (int i = 0; i < width; ++i)
+            columns[i] = static_cast<int>(mirrored(first + i, mosaic.width));
+    }
 
-/// Fills the plane from the mosaic, mirrored at its edges, with its origin at (left, top).
-void cutTile(const BayerMosaic& mosaic, int left, int top, const TilePlane& plane)
-{
-    constexpr int halo = TilePlane::halo;
-    constexpr int width = TilePlane::columns + 2 * TilePlane::columnHalo;
-    const int first = left - TilePlane::columnHalo;
-    const bool isInside = first >= 0 && first + width <= mosaic.width;
-    HWY_ALIGN std::uint8_t line[width + 64] = {};
-    for (int y = -halo; y < TilePlane::rows + halo; ++y) {
-        const std::uint8_t* const from =
-            mosaic.samples + mirrored(top + y, mosaic.height) * mosaic.width;
+    /// Fills row \p y of the plane with row \p top + y of the mosaic.
+    void cut(int top, int y, const StripPlane& plane) const
+    {
+        const std::uint8_t* const from = rowAt(top + y);
+        HWY_ALIGN std::uint8_t line[width + 64];
         if (isInside) {
+            prefetch(rowAt(top + y + prefetchedRows));
             std::memcpy(line, from + first, width);
-            prefetchNextTile(from + first + width);
         } else {
-            for (int x = 0; x < width; ++x)
-                line[x] = from[mirrored(first + x, mosaic.width)];
+            for (int i = 0; i < width; ++i)
+                line[i] = from[columns[i]];
         }
         partLine(line, plane, y);
     }
-}
 
-/// Writes the rows of the tile that lie in the band, and of them the columns of the picture.
-void finishTile(const BayerMosaic& mosaic, RowBand band, int left, int top, const TilePlanes& tile,
-                std::uint8_t* line, std::uint8_t* rgb)
+private:
+    static constexpr int width = StripPlane::columns + 2 * StripPlane::columnHalo;
+    static constexpr int prefetchedRows = 4;
+
+    const std::uint8_t* rowAt(int y) const
+    {
+        return mosaic.samples + mirrored(y, mosaic.height) * mosaic.width;
+    }
+    // Rows of a strip are too short for the processor to foresee the next ones.
+    void prefetch(const std::uint8_t* row) const
+    {
+        constexpr int cacheLine = 64;
+        for (int i = 0; i < width; i += cacheLine)
+            hwy::Prefetch(row + first + i);
+    }
+
+    const BayerMosaic& mosaic;
+    int first;
+    bool isInside;
+    int columns[width];
+};
+
+/// Interpolates the columns from \p left on of the rows of the band. Row 0 of the strip is row
+/// \p top of the picture.
+void bestStrip(const BayerMosaic& mosaic, RowBand band, int left, int top, const StripPlanes& strip,
+               std::uint8_t* line, std::uint8_t* rgb)
 {
-    const int firstColumn = std::max(left, 0);
-    const int endColumn = std::min(left + TilePlane::columns, mosaic.width);
-    const int firstRow = std::max(top, band.first);
-    const int endRow = std::min(top + TilePlane::rows, band.last);
+    const StripCutter cutter(mosaic, left);
+    const int firstColumn = left < 0 ? 0 : left;
+    const int endColumn = std::min(left + StripPlane::columns, mosaic.width);
+    for (int y = -mosaicLead; y < mosaicLead - lead; ++y)
+        cutter.cut(top, y, strip.mosaic);
     FinishedRow row;
-    for (int y = firstRow; y < endRow; ++y) {
-        finishRow(tile, y - top, &row);
+    for (int y = 1 - lead; y < band.last - top + lead; ++y) {
+        cutter.cut(top, y + mosaicLead - lead, strip.mosaic);
+        interpolateRow(strip, y);
+        const int done = y - lead;
+        if (done + top < band.first)
+            continue;
+        finishRow(strip, done, &row);
         interleave(row, line);
-        const std::size_t pixel = static_cast<std::size_t>(y) * mosaic.width + firstColumn;
+        const std::size_t pixel = static_cast<std::size_t>(done + top) * mosaic.width + firstColumn;
         std::memcpy(rgb + 3 * pixel, line + 3 * (firstColumn - left),
                     3 * static_cast<std::size_t>(endColumn - firstColumn));
     }
@@ -434,18 +446,13 @@ void finishTile(const BayerMosaic& mosaic, RowBand band, int left, int top, cons
 
 void bestRows(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb)
 {
-    constexpr std::size_t lineBytes = 3 * TilePlane::columns + 256;
-    Scratch scratch(TilePlanes::scratchBytes() + lineBytes + Scratch::blockOverhead);
-    const TilePlanes tile(scratch);
+    constexpr std::size_t lineBytes = 3 * StripPlane::columns + 256;
+    Scratch scratch(StripPlanes::scratchBytes() + lineBytes + Scratch::blockOverhead);
+    const StripPlanes strip(scratch);
     std::uint8_t* const line = scratch.take<std::uint8_t>(lineBytes);
-    // Bands start at even rows.
-    for (int top = band.first - mosaic.redRow; top < band.last; top += TilePlane::rows) {
-        for (int left = -mosaic.redColumn; left < mosaic.width; left += TilePlane::columns) {
-            cutTile(mosaic, left, top, tile.mosaic);
-            interpolateTile(tile);
-            finishTile(mosaic, band, left, top, tile, line, rgb);
-        }
-    }
+    const int top = band.first - mosaic.redRow; // bands start at even rows
+    for (int left = -mosaic.redColumn; left < mosaic.width; left += StripPlane::columns)
+        bestStrip(mosaic, band, left, top, strip, line, rgb);
 }
 
 } // namespace HWY_NAMESPACE

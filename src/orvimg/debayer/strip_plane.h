@@ -7,27 +7,27 @@
 namespace orvimg
 {
 
-/// A plane of intermediate values of one tile of a picture. Each row holds its even columns and
-/// then its odd ones, so that the sites of one kind are neighbours in memory and a vector
-/// computes nothing in vain.
-class TilePlane
+/// A plane of intermediate values of an upright strip of a picture, of which it holds the rows
+/// of a window that rolls down. Each row holds its even columns and then its odd ones, so that
+/// the sites of one kind are neighbours in memory and a vector computes nothing in vain.
+class StripPlane
 {
 public:
-    static constexpr int columns = 192; ///< of the tile
-    static constexpr int rows = 64;
-    static constexpr int halo = 12;       ///< rows known above and below
-    static constexpr int columnHalo = 16; ///< columns known left and right
+    static constexpr int columns = 192;   ///< of the strip
+    static constexpr int columnHalo = 16; ///< columns known left and right of it
+    static constexpr int heldRows = 32;
 
     static std::size_t scratchBytes() { return floats * sizeof(float) + Scratch::blockOverhead; }
-    explicit TilePlane(Scratch& scratch)
-        : origin(scratch.take<float>(floats) + halo * rowStride + leftMargin)
+    explicit StripPlane(Scratch& scratch)
+        : origin(scratch.take<float>(floats) + leftMargin)
     {
     }
 
     /// \return the value at \p column of row \p row; those 2, 4 ... columns on follow.
     float* at(int row, int column) const
     {
-        return origin + row * rowStride + (column & 1) * halfStride + (column >> 1);
+        const int slot = static_cast<int>(static_cast<unsigned>(row) % heldRows);
+        return origin + slot * rowStride + (column & 1) * halfStride + (column >> 1);
     }
 
     /// The columns that a stage fills, as offsets to its first one: whole aligned vectors.
@@ -41,7 +41,7 @@ private:
     static constexpr int rowStride = 2 * halfStride;
     static_assert(halfStride % 16 == 0);
     static constexpr std::size_t floats =
-        static_cast<std::size_t>(rowStride) * (rows + 2 * halo) + 2 * leftMargin;
+        static_cast<std::size_t>(rowStride) * heldRows + 2 * leftMargin;
 
     float* origin;
 };
