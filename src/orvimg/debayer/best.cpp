@@ -60,6 +60,9 @@ HWY_INLINE void forEachStep(Function function)
         function(step);
 }
 
+// Planes are passed by value: a vector store could otherwise change them, as far as the compiler
+// knows, and their addresses would be computed again for each vector.
+
 /// What is known along one axis of a strip.
 struct AxisPlanes {
     StripPlane difference; // green less chroma, with every second sample interpolated
@@ -76,8 +79,7 @@ struct AxisPlanes {
 
 /// Interpolates along (dx, dy) and takes the difference, at the sites from \p column on.
 template <int dx, int dy, bool isGreen>
-HWY_INLINE void differenceRow(const StripPlane& mosaic, const StripPlane& difference, int y,
-                              int column)
+HWY_INLINE void differenceRow(StripPlane mosaic, StripPlane difference, int y, int column)
 {
     forEachStep([&](int step) HWY_ATTR {
         const auto at = [&](int n)
@@ -93,7 +95,7 @@ HWY_INLINE void differenceRow(const StripPlane& mosaic, const StripPlane& differ
 }
 
 template <int dx, int dy>
-HWY_INLINE void smoothRow(const AxisPlanes& axis, int y, int column)
+HWY_INLINE void smoothRow(AxisPlanes axis, int y, int column)
 {
     forEachStep([&](int step) HWY_ATTR {
         const auto at = [&](int n) HWY_ATTR {
@@ -108,7 +110,7 @@ HWY_INLINE void smoothRow(const AxisPlanes& axis, int y, int column)
 }
 
 template <int dx, int dy>
-HWY_INLINE void noiseRow(const AxisPlanes& axis, int y, int column)
+HWY_INLINE void noiseRow(AxisPlanes axis, int y, int column)
 {
     forEachStep([&](int step) HWY_ATTR {
         const auto at = [&](int n) HWY_ATTR {
@@ -129,7 +131,7 @@ struct Estimate {
 /// The linear estimate of least expected squared error: as far as the difference varies by more
 /// than noise it is taken as it is, otherwise smoothed.
 template <int dx, int dy>
-HWY_INLINE Estimate estimateAt(const AxisPlanes& axis, int y, int column, int step)
+HWY_INLINE Estimate estimateAt(AxisPlanes axis, int y, int column, int step)
 {
     auto sum = constant(0);
     auto squares = constant(0);
@@ -152,8 +154,8 @@ HWY_INLINE Estimate estimateAt(const AxisPlanes& axis, int y, int column, int st
     return {hn::Mul(weighted, share), hn::Mul(hn::Mul(signal, error), share)};
 }
 
-HWY_INLINE void greenRow(const StripPlane& mosaic, const AxisPlanes& across,
-                         const AxisPlanes& upright, const StripPlane& green, int y)
+HWY_INLINE void greenRow(StripPlane mosaic, AxisPlanes across, AxisPlanes upright, StripPlane green,
+                         int y)
 {
     const int column = chromaColumnOf(y);
     forEachStep([&](int step) HWY_ATTR {
@@ -193,8 +195,7 @@ HWY_INLINE FloatVector weightedMean(const FloatVector (&values)[4], const FloatV
 }
 
 /// What the row's own chroma has beyond its share of green.
-HWY_INLINE void ownRestRow(const StripPlane& mosaic, const StripPlane& green,
-                           const StripPlane& rest, int y)
+HWY_INLINE void ownRestRow(StripPlane mosaic, StripPlane green, StripPlane rest, int y)
 {
     const int column = chromaColumnOf(y);
     forEachStep([&](int step) HWY_ATTR {
@@ -204,8 +205,7 @@ HWY_INLINE void ownRestRow(const StripPlane& mosaic, const StripPlane& green,
 }
 
 /// The same of the other chroma, from the four diagonal neighbours.
-HWY_INLINE void otherRestRow(const StripPlane& mosaic, const StripPlane& green,
-                             const StripPlane& rest, int y)
+HWY_INLINE void otherRestRow(StripPlane mosaic, StripPlane green, StripPlane rest, int y)
 {
     const int column = chromaColumnOf(y);
     constexpr int directions[4][2] = {{-1, -1}, {1, -1}, {-1, 1}, {1, 1}};
@@ -214,7 +214,7 @@ HWY_INLINE void otherRestRow(const StripPlane& mosaic, const StripPlane& green,
         FloatVector values[4];
         FloatVector changes[4];
         for (int i = 0; i < 4; ++i) {
-            const auto at = [&](const StripPlane& plane, int n) HWY_ATTR {
+            const auto at = [&](StripPlane plane, int n) HWY_ATTR {
                 return load(plane, y + n * directions[i][1], column + n * directions[i][0], step);
             };
             const auto across = distance(at(mosaic, 1), at(mosaic, -1));
@@ -227,8 +227,7 @@ HWY_INLINE void otherRestRow(const StripPlane& mosaic, const StripPlane& green,
     });
 }
 
-HWY_INLINE FloatVector restAtGreen(const StripPlane& green, const StripPlane& rest, int y,
-                                   int column, int step)
+HWY_INLINE FloatVector restAtGreen(StripPlane green, StripPlane rest, int y, int column, int step)
 {
     const auto centre = load(green, y, column, step);
     const auto above = load(rest, y - 1, column, step);
@@ -353,7 +352,7 @@ HWY_INLINE void interleave(const FinishedRow& row, std::uint8_t* rgb)
 }
 
 /// Parts a row of samples, the first one of column -columnHalo, into even and odd columns.
-HWY_INLINE void partLine(const std::uint8_t* line, const StripPlane& plane, int y)
+HWY_INLINE void partLine(const std::uint8_t* line, StripPlane plane, int y)
 {
     const Floats floats;
     const hn::Rebind<std::int32_t, Floats> ints;
@@ -383,7 +382,7 @@ public:
     }
 
     /// Fills row \p y of the plane with row \p top + y of the mosaic.
-    void cut(int top, int y, const StripPlane& plane) const
+    void cut(int top, int y, StripPlane plane) const
     {
         const std::uint8_t* const from = rowAt(top + y);
         HWY_ALIGN std::uint8_t line[width + 64];
