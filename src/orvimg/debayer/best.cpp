@@ -136,17 +136,17 @@ HWY_INLINE Estimate estimateAt(AxisPlanes axis, int y, int column, int step)
     auto sum = constant(0);
     auto squares = constant(0);
     auto noise = constant(0);
-    for (int n = -4; n <= 4; ++n) {
+    for (int n = -3; n <= 3; ++n) {
         const auto value = load(axis.smooth, y + n * dy, column + n * dx, step);
         sum = hn::Add(sum, value);
         squares = hn::Add(squares, square(value));
         noise = hn::Add(noise, load(axis.noise, y + n * dy, column + n * dx, step));
     }
     const auto floorOfVariance = constant(1.0F / 1024);
-    const auto mean = hn::Mul(sum, constant(1.0F / 9));
-    const auto variance = hn::Sub(hn::Mul(squares, constant(1.0F / 9)), square(mean));
+    const auto mean = hn::Mul(sum, constant(1.0F / 7));
+    const auto variance = hn::Sub(hn::Mul(squares, constant(1.0F / 7)), square(mean));
     const auto signal = hn::Add(hn::Max(variance, constant(0)), floorOfVariance);
-    const auto error = hn::Add(hn::Mul(noise, constant(1.0F / 27)), floorOfVariance);
+    const auto error = hn::Add(hn::Mul(noise, constant(1.0F / 21)), floorOfVariance);
     const auto share = hn::Div(constant(1), hn::Add(signal, error));
     const auto smooth = load(axis.smooth, y, column, step);
     const auto difference = load(axis.difference, y, column, step);
@@ -272,7 +272,7 @@ HWY_INLINE void analyseRows(const StripPlanes& strip, int y)
 {
     differenceRow<0, 1, false>(strip.mosaic, strip.upright.difference, y, chromaColumnOf(y));
     differenceRow<0, 1, true>(strip.mosaic, strip.upright.difference, y, 1 - chromaColumnOf(y));
-    const int late = y - 6;
+    const int late = y - 5;
     differenceRow<1, 0, false>(strip.mosaic, strip.across.difference, late, chromaColumnOf(late));
     differenceRow<1, 0, true>(strip.mosaic, strip.across.difference, late,
                               1 - chromaColumnOf(late));
@@ -287,7 +287,7 @@ HWY_INLINE void analyseRows(const StripPlanes& strip, int y)
 }
 
 // How far the stages run ahead of the finished row.
-constexpr int lead = 11;
+constexpr int lead = 10;
 constexpr int mosaicLead = lead + 2;
 
 /// All stages take turns row by row, each as many rows late as it needs of the ones before, so
@@ -295,9 +295,9 @@ constexpr int mosaicLead = lead + 2;
 HWY_INLINE void interpolateRow(const StripPlanes& strip, int y)
 {
     analyseRows(strip, y);
-    greenRow(strip.mosaic, strip.across, strip.upright, strip.green, y - 7);
-    ownRestRow(strip.mosaic, strip.green, strip.rest((y - 9) & 1), y - 9);
-    otherRestRow(strip.mosaic, strip.green, strip.rest((y - 9) & 1), y - 10);
+    greenRow(strip.mosaic, strip.across, strip.upright, strip.green, y - 6);
+    ownRestRow(strip.mosaic, strip.green, strip.rest(y & 1), y - 8);
+    otherRestRow(strip.mosaic, strip.green, strip.rest(y & 1), y - 9);
 }
 
 /// One finished row, its columns parted into even and odd.

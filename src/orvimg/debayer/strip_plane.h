@@ -13,7 +13,7 @@ namespace orvimg
 class StripPlane
 {
 public:
-    static constexpr int columns = 192;   ///< of the strip
+    static constexpr int columns = 352;   ///< of the strip
     static constexpr int columnHalo = 16; ///< columns known left and right of it
     static constexpr int heldRows = 32;
 

@@ -106,7 +106,7 @@ std::array<float, 2> Axis::estimate(int x, int y)
     float sum = 0;
     float squares = 0;
     float noise = 0;
-    for (int i = -4; i <= 4; ++i) {
+    for (int i = -3; i <= 3; ++i) {
         const int px = x + i * dx;
         const int py = y + i * dy;
         const float value = smooth(px, py);
@@ -115,9 +115,9 @@ std::array<float, 2> Axis::estimate(int x, int y)
         noise +=
             squaredNoise(px - dy, py - dx) + squaredNoise(px, py) + squaredNoise(px + dy, py + dx);
     }
-    const float mean = sum * (1.0F / 9);
-    const float signal = std::max(squares * (1.0F / 9) - mean * mean, 0.0F) + floorOfVariance;
-    const float error = noise * (1.0F / 27) + floorOfVariance;
+    const float mean = sum * (1.0F / 7);
+    const float signal = std::max(squares * (1.0F / 7) - mean * mean, 0.0F) + floorOfVariance;
+    const float error = noise * (1.0F / 21) + floorOfVariance;
     const float share = 1.0F / (signal + error);
     return {(smooth(x, y) * error + difference(x, y) * signal) * share, signal * error * share};
 }
