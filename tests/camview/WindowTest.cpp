@@ -10,6 +10,7 @@
 #include "window/PanelDocks.h"
 #include "window/PictureArea.h"
 #include "window/RecordingPanel.h"
+#include "window/SourceBar.h"
 #include "window/StatusPanel.h"
 #include "window/WindowActions.h"
 
@@ -250,6 +251,29 @@ TEST_F(WindowTest, RecordsTheAskedNumberAndPlaysItBack)
     EXPECT_TRUE(window.waitForPictures(1));
     EXPECT_EQ(window->cameraControl().info().frameCount, 5U);
     EXPECT_EQ(view().getBitmap().size(), QSize(320, 240));
+}
+
+TEST_F(WindowTest, PlaybackPausesStepsAndLoops)
+{
+    ASSERT_TRUE(window->openSource("sim?bits=8&width=320&height=240"));
+    window->panels().recording->restore({{"length", 1}, {"count", 3}, {"pattern", "loop"}});
+    action("record").trigger();
+    ASSERT_TRUE(eventually([&] { return !window->recordingControl().isRunning(); }));
+    ASSERT_TRUE(window->openSource("play:" + root.filePath("output/loop") + "?loop=1"));
+    SourceBar& bar = *window->findChild<SourceBar*>();
+    bar.loopAction()->trigger();
+    EXPECT_TRUE(window.waitForPictures(6)) << "three frames, over and over";
+
+    bar.pauseAction()->trigger();
+    const auto received = [&] { return window->cameraControl().counters().received; };
+    const auto before = received();
+    bar.stepAction()->trigger();
+    ASSERT_TRUE(eventually([&] { return received() > before; }));
+    QTest::qWait(200); // a dozen frames, were it not for the pause
+    EXPECT_LE(received(), before + 2) << "the step, and a frame that was under way";
+
+    window.useScriptedCamera();
+    EXPECT_FALSE(bar.pauseAction()->isVisible());
 }
 
 TEST_F(WindowTest, AFullDiskStopsTheRecordingAndSaysSo)

@@ -122,6 +122,9 @@ void MainWindow::connectCamera()
     connect(&control, &CameraControl::settingsChanged, docks->camera, &CameraPanel::setSettings);
     connect(&control, &CameraControl::settingsChanged, docks->map, &MapPanel::setSettings);
     connect(sourceBar, &SourceBar::openRequested, this, &MainWindow::openSource);
+    connect(sourceBar, &SourceBar::camerasFound, this, [this](int count) {
+        statusBar()->showMessage(tr("%n camera(s) found", nullptr, count), messageMs);
+    });
     connect(&counterTimer, &QTimer::timeout, this,
             [this] { status->showCounters(control.counters()); });
     counterTimer.start(counterMs);

@@ -4,6 +4,7 @@
 #include "core/Camera.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -20,14 +21,14 @@ SourceBar::SourceBar(QWidget* parent)
     sources->setToolTip(sourceHelp());
     sources->setAccessibleName(tr("Source"));
     sources->addItems({QStringLiteral("sim"), QStringLiteral("sim?bits=12"),
-                       QStringLiteral("sim?mono=1&bits=10")});
-    for (const QString& name : listCameras())
-        sources->addItem(QStringLiteral("genicam:") + name);
+                       QStringLiteral("sim?mono=1&bits=10"), QStringLiteral("genicam")});
 
     auto* label = new QLabel(tr(" S&ource "), this);
     label->setBuddy(sources);
     addWidget(label);
     addWidget(sources);
+    find = addAction(tr("Find cameras"));
+    find->setShortcut(tr("Ctrl+D"));
     pause = addAction(tr("Pause"));
     pause->setCheckable(true);
     pause->setShortcut(Qt::Key_Space);
@@ -41,6 +42,7 @@ SourceBar::SourceBar(QWidget* parent)
             [this] { emit openRequested(source()); });
     connect(sources, QOverload<int>::of(&QComboBox::activated), this,
             [this] { emit openRequested(source()); });
+    connect(find, &QAction::triggered, this, &SourceBar::findCameras);
     connect(pause, &QAction::toggled, this, [this](bool on) {
         step->setEnabled(on);
         if (playback)
@@ -54,6 +56,20 @@ SourceBar::SourceBar(QWidget* parent)
         if (playback)
             playback->setLoop(on);
     });
+}
+
+void SourceBar::findCameras()
+{
+    // Asking the network takes a second; that is why it is not done at every start.
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const QStringList found = listCameras();
+    QApplication::restoreOverrideCursor();
+    for (const QString& name : found) {
+        const QString text = QStringLiteral("genicam:") + name;
+        if (sources->findText(text) < 0)
+            sources->addItem(text);
+    }
+    emit camerasFound(found.size());
 }
 
 void SourceBar::setSource(const QString& source)

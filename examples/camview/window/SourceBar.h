@@ -26,12 +26,16 @@ public:
 public slots:
     /// Leads the keyboard to the source.
     void focusSource();
+    /// Adds the cameras that are there now to the list.
+    void findCameras();
 
 signals:
     void openRequested(const QString& source);
+    void camerasFound(int count);
 
 private:
     QComboBox* sources;
+    QAction* find;
     QAction* pause;
     QAction* step;
     QAction* loop;
