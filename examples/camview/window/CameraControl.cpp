@@ -32,7 +32,10 @@ void CameraControl::close()
 {
     requestTimer.stop();
     requested.reset();
+    if (!session)
+        return;
     session.reset();
+    emit closed();
 }
 
 SessionCounters CameraControl::counters() const
@@ -72,7 +75,12 @@ void CameraControl::apply(const CameraSettings& wanted)
 {
     if (!session)
         return;
-    current = session->camera().apply(wanted);
+    try {
+        current = session->camera().apply(wanted);
+    } catch (const std::exception& error) {
+        emit failed(QString::fromUtf8(error.what()));
+    }
+    // Also after a refusal: who showed what was wanted shows what holds.
     emit settingsChanged(current);
 }
 

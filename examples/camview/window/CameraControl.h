@@ -42,8 +42,12 @@ public slots:
     void requestRegion(const SensorRegion& region);
 
 signals:
-    /// Another camera is open, or none.
+    /// Another camera is open.
     void opened();
+    /// The camera that was open is gone, with everything that belonged to it.
+    void closed();
+    /// The camera refused.
+    void failed(const QString& why);
     /// What now holds at the camera.
     void settingsChanged(const CameraSettings& settings);
 

@@ -9,7 +9,7 @@ class QCheckBox;
 class QComboBox;
 class QPushButton;
 class SpinRow;
-struct ImgCorrectionSettings;
+class ImgCorrectionSettings;
 struct ProcessingSettings;
 
 /// How a mosaic becomes colour: method, white balance, and the six correction values.

@@ -121,6 +121,12 @@ void MainWindow::connectCamera()
     connect(docks->camera, &CameraPanel::settingsRequested, &control, &CameraControl::apply);
     connect(&control, &CameraControl::settingsChanged, docks->camera, &CameraPanel::setSettings);
     connect(&control, &CameraControl::settingsChanged, docks->map, &MapPanel::setSettings);
+    connect(&control, &CameraControl::failed, this, &MainWindow::tell);
+    connect(&control, &CameraControl::closed, this, [this] {
+        sourceBar->setPlayback(nullptr);
+        feed.takePicture(); // what still waits is of the camera that is gone
+        newest = nullptr;
+    });
     connect(sourceBar, &SourceBar::openRequested, this, &MainWindow::openSource);
     connect(sourceBar, &SourceBar::camerasFound, this, [this](int count) {
         statusBar()->showMessage(tr("%n camera(s) found", nullptr, count), messageMs);
@@ -241,8 +247,6 @@ void MainWindow::useCamera(std::unique_ptr<Camera> camera, const QString& source
 {
     saveSettings();
     control.close();
-    feed.takePicture(); // what still waits is of the camera before
-    newest = nullptr;
     notice->showNotice({});
 
     const CameraInfo info = camera->info();

@@ -42,6 +42,7 @@ MapPanel::MapPanel(QWidget* parent)
 void MapPanel::setCamera(const CameraInfo& info)
 {
     camera = info;
+    map->setFlipping(false, false);
     map->setMaxVPSize(info.sensorWidth, info.sensorHeight);
     map->fillBackground(palette().color(QPalette::Mid));
     setEnabled(!info.fixedGeometry);
@@ -50,7 +51,6 @@ void MapPanel::setCamera(const CameraInfo& info)
 void MapPanel::setSettings(const CameraSettings& settings)
 {
     const SensorRegion& region = settings.region;
-    map->setFlipping(settings.mirrorH, settings.mirrorV);
     map->setViewport(region.x, region.y, region.width, region.height);
     label->setText(
         tr("%1 × %2 at %3, %4").arg(region.width).arg(region.height).arg(region.x).arg(region.y));
@@ -62,5 +62,7 @@ void MapPanel::showPicture(const LivePicture& picture)
     if (--picturesUntilDrawn > 0)
         return;
     picturesUntilDrawn = picturesPerDrawing;
+    // The map lies as the picture does, whoever mirrored it.
+    map->setFlipping(picture.params.mirrorH, picture.params.mirrorV);
     map->drawOnViewPort(*picture.image);
 }

@@ -1,5 +1,7 @@
 #include "SettingsJson.h"
 
+#include <algorithm>
+
 QJsonObject toJson(const CameraSettings& settings)
 {
     return {{"x", settings.region.x},
@@ -22,7 +24,7 @@ CameraSettings cameraSettingsFrom(const QJsonObject& json, const CameraSettings&
     settings.region.y = json["y"].toInt(fallback.region.y);
     settings.region.width = json["width"].toInt(fallback.region.width);
     settings.region.height = json["height"].toInt(fallback.region.height);
-    settings.decimation = json["decimation"].toInt(fallback.decimation);
+    settings.decimation = std::max(1, json["decimation"].toInt(fallback.decimation));
     settings.bitDepth = json["bitDepth"].toInt(fallback.bitDepth);
     settings.mirrorH = json["mirrorH"].toBool(fallback.mirrorH);
     settings.mirrorV = json["mirrorV"].toBool(fallback.mirrorV);

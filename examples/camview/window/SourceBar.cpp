@@ -31,9 +31,9 @@ SourceBar::SourceBar(QWidget* parent)
     find->setShortcut(tr("Ctrl+D"));
     pause = addAction(tr("Pause"));
     pause->setCheckable(true);
-    pause->setShortcut(Qt::Key_Space);
+    pause->setShortcut(tr("Ctrl+P"));
     step = addAction(tr("Step"));
-    step->setShortcut(Qt::Key_Period);
+    step->setShortcut(tr("Ctrl+."));
     loop = addAction(tr("Loop"));
     loop->setCheckable(true);
     setPlayback(nullptr);
