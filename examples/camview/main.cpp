@@ -3,6 +3,7 @@
 #include "window/WindowRun.h"
 
 #include <QApplication>
+#include <QLoggingCategory>
 #include <QTextStream>
 
 #include <algorithm>
@@ -54,6 +55,8 @@ int main(int argc, char* argv[])
 {
     const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCoreApplication::setApplicationName("camview");
+    // Readers of picture files grumble about harmless details on standard error.
+    QLoggingCategory::setFilterRules("qt.gui.imageio.warning=false");
     try {
         return runCamview(QCoreApplication::arguments().mid(1));
     } catch (const std::exception& error) {
