@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <thread>
+
 namespace
 {
 
@@ -84,8 +86,25 @@ TEST(StreamingCamera, StopsInTheMiddleOfAWait)
     camera->apply(settings);
     CollectingSink sink(1);
     camera->start(sink);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // time to begin to wait
     camera->stop();
     EXPECT_TRUE(sink.pictures.empty());
+}
+
+TEST(StreamingCamera, AnotherRateHoldsAtOnce)
+{
+    const auto camera = openCamera("sim?width=16&height=16");
+    CameraSettings settings = camera->settings();
+    settings.frameRate = 0.001;
+    camera->apply(settings);
+    CollectingSink sink(2);
+    camera->start(sink);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    settings.frameRate = 500;
+    camera->apply(settings);
+    sink.wait();
+    camera->stop();
+    EXPECT_EQ(camera->losses().lost, 0U);
 }
 
 } // namespace
