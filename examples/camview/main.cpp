@@ -1,3 +1,4 @@
+#include "cameras/CameraFactory.h"
 #include "headless/HeadlessRun.h"
 
 #include "window/WindowRun.h"
@@ -25,6 +26,11 @@ int runCamview(const QStringList& arguments)
         QTextStream(stdout) << "camview " << CAMVIEW_VERSION << '\n';
         return 0;
     }
+    if (options.listCameras) {
+        for (const QString& name : listCameras())
+            QTextStream(stdout) << name << '\n';
+        return 0;
+    }
     if (auto* application = qobject_cast<QApplication*>(QCoreApplication::instance()))
         return runWindow(*application, options);
     return HeadlessRun(options).run();
@@ -39,7 +45,7 @@ bool isGiven(const char* option, int argc, char* argv[])
 /// Only a window needs a display; a run without one must work where there is none.
 std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[])
 {
-    for (const char* option : {"--headless", "--help", "--version"})
+    for (const char* option : {"--headless", "--help", "--version", "--list"})
         if (isGiven(option, argc, argv))
             return std::make_unique<QCoreApplication>(argc, argv);
     if (isGiven("--grab", argc, argv) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))

@@ -155,6 +155,17 @@ TEST_F(CommandLineTest, RecordsRawDataWhateverIsShownOfIt)
               bytesOf(folder.filePath("direct/frame_000004.png")));
 }
 
+TEST_F(CommandLineTest, ALiveRecordingHoldsAsManyFramesAsAskedFor)
+{
+    const QString name = folder.filePath("live");
+    const Outcome outcome =
+        runCamview({"--headless", "--source", "sim?width=128&height=96&bits=8", "--rate", "500",
+                    "--frames", "50", "--record", name, "--json"});
+    ASSERT_EQ(outcome.status, 0) << outcome.err.toStdString();
+    EXPECT_EQ(bytesOf(name + ".dat").size(), 50 * 128 * 96);
+    EXPECT_EQ(bytesOf(name + ".csv").count('\n'), 7 + 50);
+}
+
 TEST_F(CommandLineTest, ASnapshotsRawFrameShowsTheSamePicture)
 {
     const QString png = folder.filePath("shot.png");

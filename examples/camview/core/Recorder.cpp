@@ -8,7 +8,6 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include <filesystem>
 #include <optional>
 
 namespace
@@ -21,10 +20,10 @@ double seconds(std::chrono::nanoseconds time)
     return std::chrono::duration<double>(time).count();
 }
 
-qint64 freeBytesOf(const QString& folder)
+qint64 freeBytesOf(const std::filesystem::path& folder)
 {
     std::error_code error;
-    const auto space = std::filesystem::space(folder.toStdWString(), error);
+    const auto space = std::filesystem::space(folder, error);
     return error ? 0 : qint64(space.available);
 }
 
@@ -55,7 +54,7 @@ QString Recorder::start(const RecordingRequest& wanted, const QString& camera)
     const QFileInfo folder(wanted.folder);
     if (!folder.isDir() || !folder.isWritable())
         throw RecordingError(QString("%1: not a folder that can be written").arg(wanted.folder));
-    const qint64 freeBytes = freeBytesOf(wanted.folder);
+    const qint64 freeBytes = freeBytesOf(wanted.folder.toStdWString());
     if (freeBytes < wanted.stopBytes)
         throw RecordingError(
             QString("%1: only %2 left on the disk, the limit is %3")
@@ -73,6 +72,7 @@ QString Recorder::start(const RecordingRequest& wanted, const QString& camera)
 
     const std::lock_guard lock(mutex);
     request = wanted;
+    folderPath = wanted.folder.toStdWString();
     cameraName = camera;
     state = {};
     state.recording = true;
@@ -222,7 +222,7 @@ void Recorder::writeFrames(CLogAccessor& logs)
 
 void Recorder::watchDisk(qint64 frameBytes, std::chrono::nanoseconds begin)
 {
-    const qint64 freeBytes = freeBytesOf(request.folder);
+    const qint64 freeBytes = freeBytesOf(folderPath);
     const double elapsed = seconds(hostNow() - begin);
     const std::lock_guard lock(mutex);
     ++state.recorded;

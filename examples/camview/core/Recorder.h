@@ -5,6 +5,7 @@
 #include "RecordingFiles.h"
 
 #include <condition_variable>
+#include <filesystem>
 #include <mutex>
 #include <thread>
 
@@ -85,6 +86,7 @@ private:
     double preTriggerSeconds = 0;
     qint64 preTriggerBytes = 0;
     RecordingRequest request;
+    std::filesystem::path folderPath;
     QString cameraName;
     std::chrono::nanoseconds startTime{0};
     std::uint64_t accepted = 0;

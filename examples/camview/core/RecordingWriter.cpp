@@ -27,6 +27,7 @@ std::wstring frameLogOf(const QString& folder)
 RecordingWriter::RecordingWriter(CLogAccessor& logs, const QString& base,
                                  const RecordingLayout& what)
     : baseName(base)
+    , dataPath(dataFileOf(base).toStdWString())
     , layout(what)
     , stamps(base, what)
     , data(logs, QFileInfo(base).fileName().toStdWString())
@@ -67,5 +68,7 @@ qint64 RecordingWriter::finish()
 
 qint64 RecordingWriter::bytesOnDisk() const
 {
-    return QFileInfo(dataFileOf(baseName)).size();
+    std::error_code error;
+    const auto size = std::filesystem::file_size(dataPath, error);
+    return error ? 0 : qint64(size);
 }

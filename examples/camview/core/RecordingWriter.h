@@ -5,6 +5,8 @@
 #include <AppComponents/log/CLogAccessor.h>
 #include <AppComponents/log/SubLogAccessor.h>
 
+#include <filesystem>
+
 /// The name under which the library's frame-sequence log of a folder is registered. The first
 /// call for a folder makes and registers the log.
 std::wstring frameLogOf(const QString& folder);
@@ -29,6 +31,7 @@ private:
     qint64 bytesOnDisk() const;
 
     const QString baseName;
+    const std::filesystem::path dataPath;
     const RecordingLayout layout;
     StampWriter stamps;
     CFrameSeqWriterAccessor data;

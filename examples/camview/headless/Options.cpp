@@ -28,6 +28,7 @@ struct OptionText {
 constexpr OptionText optionTexts[] = {
     {"help", nullptr, "Show this text."},
     {"version", nullptr, "Show the version."},
+    {"list", nullptr, "List the cameras that genicam:NAME takes."},
     {"headless", nullptr, "Run without a window."},
     {"source", "SOURCE", "Where frames come from (below); sim by default."},
     {"frames", "N", "Stop after N pictures; 10, or all that a file holds."},
@@ -277,6 +278,7 @@ Options parseOptions(const QStringList& list)
     Options options;
     options.help = arguments.has("help");
     options.version = arguments.has("version");
+    options.listCameras = arguments.has("list");
     options.headless = arguments.has("headless");
     options.json = arguments.has("json");
     if (arguments.has("source"))

@@ -36,6 +36,7 @@ struct CameraWishes {
 /// What the command line asks for.
 struct Options {
     bool headless = false;
+    bool listCameras = false;
     bool help = false;
     bool version = false;
     QString source = "sim";
