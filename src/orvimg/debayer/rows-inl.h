@@ -56,15 +56,42 @@ HWY_INLINE ByteVector joined(ShortVector even, ShortVector odd)
     return hn::BitCast(Bytes(), hn::Or(low, hn::ShiftLeft<8>(high)));
 }
 
+/// Writes triples. As 3 and 16 have no common factor, each channel takes one permutation of its
+/// 16-byte blocks, after which every byte is at its place in one of three blocks of triples.
+HWY_INLINE void storeTriples(ByteVector red, ByteVector green, ByteVector blue, std::uint8_t* rgb)
+{
+    const Bytes d;
+#if HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3
+    alignas(16) static constexpr std::uint8_t order[3][16] = {
+        {0, 11, 6, 1, 12, 7, 2, 13, 8, 3, 14, 9, 4, 15, 10, 5},
+        {5, 0, 11, 6, 1, 12, 7, 2, 13, 8, 3, 14, 9, 4, 15, 10},
+        {10, 5, 0, 11, 6, 1, 12, 7, 2, 13, 8, 3, 14, 9, 4, 15}};
+    alignas(16) static constexpr std::uint8_t places[16] = {0, 1, 2, 0, 1, 2, 0, 1,
+                                                            2, 0, 1, 2, 0, 1, 2, 0};
+    const auto place = hn::LoadDup128(d, places);
+    const auto first = hn::Eq(place, hn::Zero(d));
+    const auto second = hn::Eq(place, hn::Set(d, 1));
+    const auto third = hn::Eq(place, hn::Set(d, 2));
+    const auto r = hn::TableLookupBytes(red, hn::LoadDup128(d, order[0]));
+    const auto g = hn::TableLookupBytes(green, hn::LoadDup128(d, order[1]));
+    const auto b = hn::TableLookupBytes(blue, hn::LoadDup128(d, order[2]));
+    hn::detail::StoreTransposedBlocks3(hn::IfThenElse(first, r, hn::IfThenElse(second, g, b)),
+                                       hn::IfThenElse(third, r, hn::IfThenElse(first, g, b)),
+                                       hn::IfThenElse(second, r, hn::IfThenElse(third, g, b)), d,
+                                       rgb);
+#else
+    hn::StoreInterleaved3(red, green, blue, d, rgb);
+#endif
+}
+
 /// \param chroma, other the chroma that the mosaic row has, and the other one
 HWY_INLINE void storePixels(bool isRedRow, ByteVector chroma, ByteVector green, ByteVector other,
                             std::uint8_t* rgb)
 {
-    const Bytes bytes;
     if (isRedRow)
-        hn::StoreInterleaved3(chroma, green, other, bytes, rgb);
+        storeTriples(chroma, green, other, rgb);
     else
-        hn::StoreInterleaved3(other, green, chroma, bytes, rgb);
+        storeTriples(other, green, chroma, rgb);
 }
 
 /// Writes finished rows into the picture.
