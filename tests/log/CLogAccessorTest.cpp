@@ -39,6 +39,11 @@ protected:
     }
 };
 
+// The destructor of an accessor is not virtual, so only a final class may be owned by a pointer.
+class OwnedAccessor final : public CLogAccessor
+{
+};
+
 // An accessor and a log that only this accessor knows.
 class AccessorTest : public testing::Test
 {
@@ -46,7 +51,7 @@ protected:
     AccessorTest() { accessor->addLog(&log); }
 
     RecordingLog log;
-    std::unique_ptr<CLogAccessor> accessor = std::make_unique<CLogAccessor>();
+    std::unique_ptr<OwnedAccessor> accessor = std::make_unique<OwnedAccessor>();
 };
 
 } // namespace
