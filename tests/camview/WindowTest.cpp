@@ -13,6 +13,7 @@
 #include "window/SourceBar.h"
 #include "window/StatusPanel.h"
 #include "window/WindowActions.h"
+#include "window/WindowRun.h"
 
 #include <AppComponents/view/ViewportMap.h>
 
@@ -343,9 +344,19 @@ TEST_F(WindowTest, SnapshotsHoldThePictureAndTheRawFrame)
     EXPECT_TRUE(window->panels().log->toPlainText().contains("width=400&height=300&bits=12"));
 }
 
+TEST_F(WindowTest, OptionsThatOnlyARunWithoutAWindowKnowsAreRefused)
+{
+    for (const QStringList& line :
+         {QStringList{"--json"}, {"--frames", "3"}, {"--record", "x"}, {"--snapshot", "x.png"}})
+        EXPECT_THROW(runWindow(*static_cast<QApplication*>(qApp), parseOptions(line)), UsageError)
+            << line[0].toStdString();
+}
+
 TEST_F(WindowTest, SettingsComeBackForTheSameCamera)
 {
     window.useScriptedCamera();
+    EXPECT_EQ(window->processingModel().correction().colorReconstructionMethod, 4)
+        << "a new camera starts with colours";
     window->processingModel().change([](ProcessingSettings& s) {
         s.correction.gamma = 2.0;
         s.averageFrames = 4;

@@ -256,7 +256,7 @@ void MainWindow::useCamera(std::unique_ptr<Camera> camera, const QString& source
     if (settings.frameRate == 0)
         settings.frameRate = info.naturalRate;
     if (options.restoreSettings) {
-        const SettingsStore::Content content = store->load();
+        const SettingsStore::Content content = store->load(ProcessingModel::defaults().correction);
         settings = cameraSettingsFrom(content.window["camera"].toObject(), settings);
         restore(content);
     }
@@ -408,7 +408,7 @@ void MainWindow::saveSettings()
 void MainWindow::restore(const SettingsStore::Content& content)
 {
     const QJsonObject& window = content.window;
-    ProcessingSettings settings = model.settings();
+    ProcessingSettings settings = ProcessingModel::defaults();
     settings.correction = content.image;
     readProcessing(window["processing"].toObject(), settings);
     model.setSettings(settings);
@@ -433,6 +433,8 @@ void MainWindow::closeEvent(QCloseEvent* event)
     fullScreen.leave();
     saveSettings();
     recording.stop();
+    if (control.isOpen())
+        log(InfoLogType) << StatusPanel::countersText(control.counters()) << std::endl;
     control.close();
     QMainWindow::closeEvent(event);
 }

@@ -3,10 +3,16 @@
 ProcessingModel::ProcessingModel(QObject* parent)
     : QObject(parent)
 {
+}
+
+ProcessingSettings ProcessingModel::defaults()
+{
+    ProcessingSettings settings;
     // Ten histograms a second are as many as an eye can follow.
-    current.histogramPeriod = std::chrono::milliseconds(100);
+    settings.histogramPeriod = std::chrono::milliseconds(100);
     // The best picture that still runs in real time; a sensor without a mosaic stays grey.
-    current.correction.colorReconstructionMethod = 4;
+    settings.correction.colorReconstructionMethod = 4;
+    return settings;
 }
 
 void ProcessingModel::setSettings(const ProcessingSettings& settings)

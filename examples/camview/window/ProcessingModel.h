@@ -13,6 +13,9 @@ class ProcessingModel : public QObject
 public:
     explicit ProcessingModel(QObject* parent = nullptr);
 
+    /// What a camera starts with that was never set up.
+    static ProcessingSettings defaults();
+
     const ProcessingSettings& settings() const { return current; }
     const ImgCorrectionSettings& correction() const { return current.correction; }
 
@@ -30,5 +33,5 @@ signals:
     void changed(const ProcessingSettings& settings);
 
 private:
-    ProcessingSettings current;
+    ProcessingSettings current = defaults();
 };

@@ -85,9 +85,10 @@ QString SettingsStore::loadWindow(QJsonObject& window) const
     return {};
 }
 
-SettingsStore::Content SettingsStore::load() const
+SettingsStore::Content SettingsStore::load(const ImgCorrectionSettings& defaults) const
 {
     Content content;
+    content.image = defaults;
     content.complaints << loadImage(content.image) << loadWindow(content.window);
     content.complaints.removeAll(QString());
     return content;

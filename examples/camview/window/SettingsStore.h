@@ -30,8 +30,8 @@ public:
 
     QString folder() const { return path; }
 
-    /// What was saved last; defaults where nothing was.
-    Content load() const;
+    /// What was saved last; \p defaults where nothing was.
+    Content load(const ImgCorrectionSettings& defaults = {}) const;
 
     /// \return an empty text, or one line for the user why nothing was saved
     QString save(const Content& content) const;

@@ -32,15 +32,20 @@ QLabel* StatusPanel::addPiece(const QString& name, const QString& widest)
 
 void StatusPanel::showCounters(const SessionCounters& now)
 {
-    counters->setText(
-        tr("received %1  processed %2  shown %3  recorded %4  dropped %5  lost %6  incomplete %7")
-            .arg(now.received)
-            .arg(now.processed)
-            .arg(now.shown)
-            .arg(now.recorded)
-            .arg(now.dropped)
-            .arg(now.camera.lost)
-            .arg(now.camera.incomplete));
+    counters->setText(countersText(now));
+}
+
+QString StatusPanel::countersText(const SessionCounters& now)
+{
+    return tr("received %1  processed %2  shown %3  recorded %4  dropped %5  lost %6  incomplete "
+              "%7")
+        .arg(now.received)
+        .arg(now.processed)
+        .arg(now.shown)
+        .arg(now.recorded)
+        .arg(now.dropped)
+        .arg(now.camera.lost)
+        .arg(now.camera.incomplete);
 }
 
 void StatusPanel::showPixel(const QPoint& point, const LivePicture* picture)

@@ -23,6 +23,7 @@ public:
     /// The pixel under the pointer of the newest picture; (-1, -1) clears.
     void showPixel(const QPoint& pixel, const LivePicture* picture);
 
+    static QString countersText(const SessionCounters& counters);
     QString text() const; ///< everything shown, for tests and for people who cannot see the bar
 
 public slots:

@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QIcon>
 #include <QStandardPaths>
+#include <QTimer>
 
 namespace
 {
@@ -25,10 +26,20 @@ WindowOptions windowOptions(const Options& options)
     return window;
 }
 
+/// What is asked for and not done must not pass in silence.
+void refuseHeadlessOptions(const Options& options)
+{
+    if (options.json || options.frames || !options.recordName.isEmpty() ||
+        !options.snapshotName.isEmpty())
+        throw UsageError(
+            QStringLiteral("--json, --frames, --record and --snapshot need --headless"));
+}
+
 } // namespace
 
 int runWindow(QApplication& application, const Options& options)
 {
+    refuseHeadlessOptions(options);
     // Logging comes first: components know the logs that are there when they are made.
     registerWindowLogs();
     if (options.logConfigFile.isEmpty())
@@ -42,8 +53,14 @@ int runWindow(QApplication& application, const Options& options)
         camera.apply(options.camera.appliedTo(camera.settings()));
     }
     if (options.processingGiven || !options.settingsFile.isEmpty())
-        window.processingModel().setSettings(options.processing);
+        window.processingModel().change([&](ProcessingSettings& settings) {
+            const auto period = settings.histogramPeriod;
+            settings = options.processing;
+            settings.histogramPeriod = period;
+        });
     if (!options.grabFolder.isEmpty())
         return writeWindowPictures(window, options.grabFolder);
+    if (options.durationS)
+        QTimer::singleShot(static_cast<int>(*options.durationS * 1000.0), &window, &QWidget::close);
     return application.exec();
 }
