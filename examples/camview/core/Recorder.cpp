@@ -13,6 +13,13 @@
 namespace
 {
 
+// Its base has no virtual destructor, so only a final class is owned by a pointer.
+class OwnedAccessor final : public CLogAccessor
+{
+public:
+    using CLogAccessor::CLogAccessor;
+};
+
 constexpr std::size_t firstTriggerFrames = 64;
 
 double seconds(std::chrono::nanoseconds time)
@@ -68,7 +75,7 @@ QString Recorder::start(const RecordingRequest& wanted, const QString& camera)
                                                : wanted.name;
     if (isTaken(name))
         throw RecordingError(QString("%1: there is a recording already").arg(dir.filePath(name)));
-    auto logs = std::make_shared<CLogAccessor>(frameLogOf(wanted.folder));
+    auto logs = std::make_shared<OwnedAccessor>(frameLogOf(wanted.folder));
 
     const std::lock_guard lock(mutex);
     request = wanted;
