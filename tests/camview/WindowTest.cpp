@@ -21,6 +21,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QDockWidget>
+#include <QLabel>
 #include <QSignalSpy>
 #include <QSpinBox>
 
@@ -90,6 +91,16 @@ TEST_F(WindowTest, ADragOnTheMapMovesTheSensorsRegion)
     ASSERT_TRUE(eventually([&] { return region().x > 0; }));
     EXPECT_NEAR(region().x, 384, 12);
     EXPECT_NEAR(region().y, 115, 12);
+}
+
+TEST_F(WindowTest, ACornerOfTheMapResizesTheRegion)
+{
+    ASSERT_TRUE(window->openSource("sim"));
+    ASSERT_TRUE(window.waitForPictures(1));
+    drag(window->panels().map->getMap(), {199, 111}, {100, 56});
+    ASSERT_TRUE(eventually([&] { return region().width < 1920; }));
+    EXPECT_NEAR(region().width, 960, 24);
+    EXPECT_NEAR(region().height, 540, 24);
 }
 
 TEST_F(WindowTest, AShiftClickWithoutADragChangesNothing)
@@ -424,6 +435,11 @@ TEST_F(WindowTest, EveryControlCanBeReachedByTheKeyboard)
             EXPECT_TRUE(control->focusPolicy() & Qt::TabFocus)
                 << control->metaObject()->className() << " "
                 << control->accessibleName().toStdString();
+        }
+    }
+    for (const QLabel* label : window->findChildren<QLabel*>()) {
+        if (label->buddy() != nullptr && label->text().contains('&')) {
+            EXPECT_NE(label->buddy()->focusPolicy(), Qt::NoFocus) << label->text().toStdString();
         }
     }
     const QString help = HelpPage::html({&action("snapshot"), &action("ruler")});

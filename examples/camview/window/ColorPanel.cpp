@@ -48,8 +48,8 @@ void ColorPanel::buildRows()
     rows = {{new SpinRow(tr("&Red"), {}, gain), &Settings::colorCorrectionRed},
             {new SpinRow(tr("&Green"), {}, gain), &Settings::colorCorrectionGreen},
             {new SpinRow(tr("&Blue"), {}, gain), &Settings::colorCorrectionBlue},
-            {new SpinRow(tr("&Hue"), tr("°"), hue), &Settings::colorCorrectionHue},
-            {new SpinRow(tr("Sat&uration"), {}, gain), &Settings::colorCorrectionSaturation},
+            {new SpinRow(tr("Hu&e"), tr("°"), hue), &Settings::colorCorrectionHue},
+            {new SpinRow(tr("Satura&tion"), {}, gain), &Settings::colorCorrectionSaturation},
             {new SpinRow(tr("&Lightness"), {}, gain), &Settings::colorCorrectionLightness}};
 }
 

@@ -22,7 +22,7 @@ MapPanel::MapPanel(QWidget* parent)
     map->setToolTip(tr("Drag the rectangle to move the region, an edge to resize it; "
                        "click beside it to centre it there."));
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto* whole = new QPushButton(tr("Whole &sensor"), this);
+    auto* whole = new QPushButton(tr("Whole sensor"), this);
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(map, 0, Qt::AlignHCenter);

@@ -12,7 +12,7 @@ ProcessingPanel::ProcessingPanel(ProcessingModel& edited, QWidget* parent)
     : QWidget(parent)
     , model(edited)
     , average(new QSpinBox(this))
-    , median(new QCheckBox(tr("Median &filter"), this))
+    , median(new QCheckBox(tr("&Median filter"), this))
     , bypass(new QCheckBox(tr("B&ypass the filters"), this))
     , greyFromMosaic(new QCheckBox(tr("&Grey from the mosaic"), this))
     , flipH(new QCheckBox(tr("Mirror the display left to &right"), this))
@@ -22,7 +22,7 @@ ProcessingPanel::ProcessingPanel(ProcessingModel& edited, QWidget* parent)
     average->setSuffix(tr(" frames"));
     average->setAccessibleName(tr("Average of"));
     auto* form = new QFormLayout(this);
-    form->addRow(tr("&Average of"), average);
+    form->addRow(tr("Average &of"), average);
     for (QCheckBox* box : {median, bypass, greyFromMosaic, flipH, flipV})
         form->addRow(box);
     connectControls();

@@ -75,12 +75,12 @@ RecordingPanel::RecordingPanel(QWidget* parent)
     auto* form = new QFormLayout(this);
     form->setRowWrapPolicy(QFormLayout::WrapAllRows);
     form->addRow(status);
-    form->addRow(tr("F&older"), folderRow());
-    form->addRow(tr("File &name"), pattern);
-    form->addRow(tr("&Length"), lengthRow());
-    form->addRow(tr("&Before the start"), preTrigger);
-    form->addRow(tr("&Warn when the disk has less than"), warnBelow);
-    form->addRow(tr("&Stop when the disk has less than"), stopBelow);
+    form->addRow(tr("Folder"), folderRow());
+    form->addRow(tr("File name"), pattern);
+    form->addRow(tr("Length"), lengthRow());
+    form->addRow(tr("Before the start"), preTrigger);
+    form->addRow(tr("Warn when the dis&k has less than"), warnBelow);
+    form->addRow(tr("Stop when the disk has less than"), stopBelow);
     connect(preTrigger, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
             &RecordingPanel::preTriggerChanged);
     followLength();

@@ -67,7 +67,9 @@ SliderRow::SliderRow(const QString& name, double low, double high, double normal
 
 void SliderRow::addTo(QFormLayout* form)
 {
-    form->addRow(title, this);
+    auto* label = new QLabel(title, parentWidget());
+    label->setBuddy(slider); // the row itself takes no focus
+    form->addRow(label, this);
 }
 
 void SliderRow::setValue(double value)

@@ -5,6 +5,7 @@
 #include <QDoubleSpinBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
+#include <QLabel>
 
 namespace
 {
@@ -43,7 +44,9 @@ SpinRow::SpinRow(const QString& name, const QString& unit, const Range& range, Q
 
 void SpinRow::addTo(QFormLayout* form)
 {
-    form->addRow(title, this);
+    auto* label = new QLabel(title, parentWidget());
+    label->setBuddy(spinBox); // the row itself takes no focus
+    form->addRow(label, this);
 }
 
 void SpinRow::setValue(double value)
