@@ -419,6 +419,22 @@ TEST_F(WindowTest, ASlowWindowSeesTheNewestPictureAndNothingPilesUp)
     EXPECT_LE(window->picturesShown() - shown, 2U + 1U);
 }
 
+TEST_F(WindowTest, MnemonicsReachOnlyWhatIsSeen)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    ASSERT_TRUE(window.show(camera, flat));
+    window->processingModel().change(
+        [](ProcessingSettings& s) { s.correction.setFlag(CS_APPLY_LUT, true); });
+    window->findChild<QDockWidget*>("tone")->raise();
+    // Gamma here, and the gain behind the camera's tab.
+    ASSERT_TRUE(eventually([&] { return !window->panels().camera->isEnabled(); }));
+    QTest::keyClick(&*window, Qt::Key_G, Qt::AltModifier);
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageUp);
+    EXPECT_TRUE(eventually([&] { return window->processingModel().correction().gamma > 1.2; }));
+    EXPECT_EQ(window->cameraControl().settings().gainDb, 0.0);
+}
+
 TEST_F(WindowTest, EveryControlCanBeReachedByTheKeyboard)
 {
     window.useScriptedCamera();

@@ -290,13 +290,13 @@ void MainWindow::showNewestPicture()
 
 void MainWindow::showPanels(LivePicture& picture)
 {
-    if (picture.newHistograms && docks->histogram->isVisible())
+    if (picture.newHistograms && PanelDocks::isSeen(*docks->histogram))
         docks->histogram->showHistograms(picture.histograms);
-    if (docks->tone->isVisible())
+    if (PanelDocks::isSeen(*docks->tone))
         docks->tone->showPicture(picture);
-    if (docks->map->isVisible())
+    if (PanelDocks::isSeen(*docks->map))
         docks->map->showPicture(picture);
-    if (docks->measure->isVisible())
+    if (PanelDocks::isSeen(*docks->measure))
         docks->measure->setPicture(picture);
     if (hoveredPixel.x() >= 0)
         status->showPixel(hoveredPixel, &picture);

@@ -62,6 +62,9 @@ QDockWidget* PanelDocks::addDock(Qt::DockWidgetArea area, const char* name, cons
     dock->setWidget(scrolling(panel));
     window.addDockWidget(area, dock);
     docks << dock;
+    // The signal comes while the docks are being laid out; what counts is how they lie then.
+    connect(dock, &QDockWidget::visibilityChanged, this, &PanelDocks::disableHiddenPanels,
+            Qt::QueuedConnection);
     return dock;
 }
 
@@ -94,6 +97,19 @@ void PanelDocks::arrange()
     window.resizeDocks({graphsDock}, {170}, Qt::Vertical);
     window.resizeDocks({mapDock, cameraDock}, {250, 410}, Qt::Horizontal);
     window.resizeDocks({cameraDock, histogramDock}, {280, 520}, Qt::Vertical);
+}
+
+bool PanelDocks::isSeen(const QWidget& panel)
+{
+    return !panel.visibleRegion().isEmpty();
+}
+
+void PanelDocks::disableHiddenPanels()
+{
+    // A dock behind a tab lies off the window but counts as visible: its mnemonics would act on
+    // controls that nobody sees.
+    for (QDockWidget* dock : docks)
+        dock->widget()->setEnabled(isSeen(*dock));
 }
 
 std::vector<QAction*> PanelDocks::switches() const

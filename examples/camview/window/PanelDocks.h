@@ -39,6 +39,9 @@ public:
     LogPanel* const log;
     MeasurePanel* const measure;
 
+    /// Whether the user can see any of the panel now.
+    static bool isSeen(const QWidget& panel);
+
     /// The switches that show and hide the docks.
     std::vector<QAction*> switches() const;
 
@@ -46,6 +49,7 @@ private:
     QDockWidget* addDock(Qt::DockWidgetArea area, const char* name, const QString& title,
                          QWidget* panel);
     void arrange();
+    void disableHiddenPanels();
 
     QMainWindow& window;
     QList<QDockWidget*> docks;
