@@ -8,7 +8,6 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QMutexLocker>
-#include <QPaintEvent>
 #include <QPainter>
 #include <QResizeEvent>
 #include <QThread>
@@ -37,11 +36,6 @@ double area(const QSize& size)
     return static_cast<double>(static_cast<qint64>(size.width()) * size.height());
 }
 
-const QBrush& plainBrush(const QWidget& widget)
-{
-    return widget.palette().brush(widget.backgroundRole());
-}
-
 } // namespace
 
 Viewer::Viewer(QWidget* parent)
@@ -53,7 +47,6 @@ Viewer::Viewer(QWidget* parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setCacheMode(CacheNone);
-    viewport()->setAttribute(Qt::WA_OpaquePaintEvent); // see eraseAroundPicture
     setScene(new QGraphicsScene(this));
 
     ruler.setVisible(false);
@@ -74,8 +67,7 @@ QWidget* Viewer::getAsWidget()
 
 void Viewer::setBackground(QColor color)
 {
-    backgroundStyleSheet = QStringLiteral("background-color:%1;").arg(color.name());
-    setStyleSheet(backgroundStyleSheet);
+    setStyleSheet(QStringLiteral("background-color:%1;").arg(color.name()));
 }
 
 void Viewer::setBitmap(const QImage& image)
@@ -324,50 +316,6 @@ void Viewer::resizeEvent(QResizeEvent* event)
     }
     QGraphicsView::resizeEvent(event);
     emitZoom();
-}
-
-void Viewer::paintEvent(QPaintEvent* event)
-{
-    eraseAroundPicture(event->region());
-    QGraphicsView::paintEvent(event);
-}
-
-// Qt would clear the whole viewport before each frame, only to have it covered by the picture. The
-// viewport therefore passes as opaque and is cleared here where no picture comes.
-void Viewer::eraseAroundPicture(const QRegion& exposed)
-{
-    const bool erasedByQt = !viewport()->testAttribute(Qt::WA_OpaquePaintEvent);
-    const bool plain = hasPlainBackground();
-    if (plain == erasedByQt) {
-        viewport()->setAttribute(Qt::WA_OpaquePaintEvent, plain);
-        viewport()->update();
-    }
-    const QRegion uncovered = exposed - coveredByPicture();
-    if (erasedByQt || uncovered.isEmpty())
-        return;
-    QPainter painter(viewport());
-    for (const QRect& rect : uncovered)
-        painter.fillRect(rect, plainBrush(*viewport()));
-}
-
-// Whether one opaque brush is all that Qt would paint: not so with a style sheet of the
-// application, which may hold pictures and borders.
-bool Viewer::hasPlainBackground() const
-{
-    const bool coloured = !backgroundStyleSheet.isEmpty() && styleSheet() == backgroundStyleSheet;
-    const bool oneBrush = coloured || viewport()->autoFillBackground();
-    return oneBrush && plainBrush(*viewport()).isOpaque();
-}
-
-// Without the outermost pixels, which a picture at a fraction of a pixel may leave uncovered.
-QRect Viewer::coveredByPicture() const
-{
-    if (bitmap.isNull() || bitmap.hasAlphaChannel())
-        return {};
-    const QRectF shown = viewportTransform().mapRect(QRectF(bitmap.rect()));
-    return shown.intersected(viewport()->rect().adjusted(-2, -2, 2, 2))
-        .toAlignedRect()
-        .adjusted(1, 1, -1, -1);
 }
 
 void Viewer::drawBackground(QPainter* painter, const QRectF& rect)

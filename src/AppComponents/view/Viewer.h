@@ -114,7 +114,6 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
     void drawBackground(QPainter* painter, const QRectF& rect) override;
 
 protected slots:
@@ -128,9 +127,6 @@ private:
     void emitZoom();
     bool replaceBitmap(const QImage& image);
     void addGridLines();
-    void eraseAroundPicture(const QRegion& exposed);
-    bool hasPlainBackground() const;
-    QRect coveredByPicture() const;
 
     CLogAccessor log;
     QMutex bitmapMutex;
@@ -147,5 +143,4 @@ private:
     double zoomInFactor = 1.2;
     double zoomOutFactor = 0.8;
     bool showGrid = false;
-    QString backgroundStyleSheet;
 };
