@@ -182,12 +182,11 @@ void Viewer::setMinZoom()
 
 void Viewer::setMinZoomInternal()
 {
-    const QRectF sceneArea = sceneRect();
+    const double zoom = std::min(viewport()->width() / sceneRect().width(),
+                                 viewport()->height() / sceneRect().height());
     // Nothing to fit, or nowhere to fit it: a zoom of zero or infinity has no way back.
-    if (sceneArea.isEmpty() || viewport()->rect().isEmpty())
-        return;
-    applyZoom(std::min(viewport()->width() / sceneArea.width(),
-                       viewport()->height() / sceneArea.height()));
+    if (std::isfinite(zoom) && zoom > 0)
+        applyZoom(zoom);
 }
 
 void Viewer::setMaxZoom()
@@ -244,15 +243,18 @@ void Viewer::reCreateGrid()
     const double zoom = currentZoom();
     const QRectF extent(0, 0, maxImageWidth, maxImageHeight);
     gridItem = std::make_unique<QGraphicsRectItem>(extent);
+    scene()->setSceneRect(extent);
+    applyZoom(clampedZoom(zoom));
+    emitZoom();
+    // A slot may have asked for another size, and that grid is complete already.
+    if (!gridItem || gridItem->scene())
+        return;
+
     addGridLines();
     // The grid keeps its lines where the picture is smaller; they are cut at the picture's edge.
     gridItem->setFlag(QGraphicsItem::ItemClipsChildrenToShape);
     updateShowGrid();
     scene()->addItem(gridItem.get());
-
-    scene()->setSceneRect(extent);
-    applyZoom(clampedZoom(zoom));
-    emitZoom();
 }
 
 void Viewer::addGridLines()
