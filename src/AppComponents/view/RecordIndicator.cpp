@@ -28,8 +28,10 @@ void RecordIndicator::start()
     elapsedMs = 0;
     timer.setInterval(tickMs);
     timer.setSingleShot(false);
-    timer.start();
+    // A tick that came a little early, or before the clock's, would round to the second before.
+    timer.setTimerType(Qt::PreciseTimer);
     clock.start();
+    timer.start();
     blinkOn = true;
     refresh();
     setVisible(true);
