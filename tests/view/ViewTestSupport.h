@@ -1,13 +1,16 @@
 #pragma once
 
 /// \file
-/// What the tests of the view widgets share: pictures and mouse events on the viewport.
+/// What the tests of the view widgets share: pictures, viewports of an exact size and the mouse.
 
-#include <QAbstractScrollArea>
 #include <QApplication>
+#include <QGraphicsView>
 #include <QImage>
 #include <QMouseEvent>
+#include <QSignalSpy>
 #include <QTest>
+
+#include <gtest/gtest.h>
 
 inline QImage plainPicture(int width, int height, QColor color = Qt::green)
 {
@@ -16,40 +19,41 @@ inline QImage plainPicture(int width, int height, QColor color = Qt::green)
     return picture;
 }
 
+/// Shows the view with a viewport, what remains beside the scroll bars, of the given size.
+inline void showWithViewport(QGraphicsView& view, QSize size)
+{
+    view.show();
+    for (int round = 0; round < 2; ++round) {
+        QCoreApplication::processEvents();
+        view.resize(view.size() + size - view.viewport()->size());
+    }
+    QCoreApplication::processEvents();
+}
+
 /// Mouse events of one widget, with the button and the modifiers as the window system reports
 /// them.
-class Mouse
-{
-public:
-    explicit Mouse(QWidget* target)
-        : widget(target)
-    {
-    }
+struct Mouse {
+    QWidget* widget;
+    Qt::KeyboardModifiers modifiers = Qt::NoModifier;
+    Qt::MouseButtons held = Qt::NoButton;
 
-    void press(QPointF at, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    void press(QPointF at) { send(QEvent::MouseButtonPress, at, held = Qt::LeftButton); }
+    void move(QPointF to) { send(QEvent::MouseMove, to, held); }
+    void release(QPointF at) { send(QEvent::MouseButtonRelease, at, held = Qt::NoButton); }
+    void drag(QPointF from, QPointF to)
     {
-        send(QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton, modifiers);
-        buttons = Qt::LeftButton;
-    }
-    void move(QPointF to, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-    {
-        send(QEvent::MouseMove, to, Qt::NoButton, buttons, modifiers);
-    }
-    void release(QPointF at, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-    {
-        buttons = Qt::NoButton;
-        send(QEvent::MouseButtonRelease, at, Qt::LeftButton, buttons, modifiers);
+        press(from);
+        move(to);
+        release(to);
     }
 
 private:
-    void send(QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons held,
-              Qt::KeyboardModifiers modifiers)
+    void send(QEvent::Type type, QPointF at, Qt::MouseButtons buttons)
     {
-        QMouseEvent event(type, at, widget->mapToGlobal(at.toPoint()), button, held, modifiers);
+        QMouseEvent event(type, at, widget->mapToGlobal(at.toPoint()),
+                          type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons,
+                          modifiers);
         QSpontaneKeyEvent::setSpontaneous(&event);
         qApp->notify(widget, &event);
     }
-
-    QWidget* widget;
-    Qt::MouseButtons buttons = Qt::NoButton;
 };
