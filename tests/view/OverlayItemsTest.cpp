@@ -5,6 +5,8 @@
 
 #include <QPainter>
 
+#include <tuple>
+
 namespace
 {
 

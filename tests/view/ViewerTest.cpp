@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cmath>
 #include <thread>
+#include <tuple>
 
 namespace
 {
