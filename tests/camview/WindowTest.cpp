@@ -22,6 +22,7 @@
 #include <QDir>
 #include <QDockWidget>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSignalSpy>
 #include <QSpinBox>
 
@@ -144,6 +145,8 @@ TEST_F(WindowTest, TheControlsReachTheCameraAndThePicture)
     EXPECT_TRUE(window->cameraControl().settings().mirrorH);
 
     ASSERT_TRUE(window.waitForPictures(1));
+    const auto* largest = window->findChild<QLineEdit*>("txtRawMax");
+    EXPECT_TRUE(eventually([&] { return !largest->text().isEmpty(); })) << "the histogram lives";
     QTest::keyClick(&*window, Qt::Key_T);
     EXPECT_TRUE(window->processingModel().settings().autoStretch);
     EXPECT_TRUE(window.waitForPictures(2));
@@ -433,6 +436,9 @@ TEST_F(WindowTest, MnemonicsReachOnlyWhatIsSeen)
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageUp);
     EXPECT_TRUE(eventually([&] { return window->processingModel().correction().gamma > 1.2; }));
     EXPECT_EQ(window->cameraControl().settings().gainDb, 0.0);
+    window->findChild<QDockWidget*>("camera")->raise();
+    EXPECT_TRUE(eventually([&] { return window->panels().camera->isEnabled(); }));
+    EXPECT_FALSE(window->findChild<QDockWidget*>("tone")->widget()->isEnabled());
 }
 
 TEST_F(WindowTest, EveryControlCanBeReachedByTheKeyboard)

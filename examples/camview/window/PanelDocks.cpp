@@ -101,7 +101,10 @@ void PanelDocks::arrange()
 
 bool PanelDocks::isSeen(const QWidget& panel)
 {
-    return !panel.visibleRegion().isEmpty();
+    if (!panel.isVisible())
+        return false;
+    const QWidget* top = panel.window(); // a floating dock is its own
+    return top->rect().intersects(QRect(panel.mapTo(top, QPoint(0, 0)), panel.size()));
 }
 
 void PanelDocks::disableHiddenPanels()
