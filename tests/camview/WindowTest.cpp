@@ -439,6 +439,7 @@ TEST_F(WindowTest, MnemonicsReachOnlyWhatIsSeen)
     window->findChild<QDockWidget*>("camera")->raise();
     EXPECT_TRUE(eventually([&] { return window->panels().camera->isEnabled(); }));
     EXPECT_FALSE(window->findChild<QDockWidget*>("tone")->widget()->isEnabled());
+    EXPECT_EQ(QApplication::focusWidget(), &view()) << "keys are the picture's again";
 }
 
 TEST_F(WindowTest, EveryControlCanBeReachedByTheKeyboard)

@@ -82,6 +82,7 @@ void MainWindow::buildCentre()
     layout->setSpacing(0);
     layout->addWidget(notice);
     layout->addWidget(area, 1);
+    centre->setFocusProxy(&area->liveView());
     setCentralWidget(centre);
 
     auto* tools = addToolBar(tr("Tools"));

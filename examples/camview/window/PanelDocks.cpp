@@ -12,6 +12,7 @@
 #include "TonePanel.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDockWidget>
 #include <QMainWindow>
 #include <QScrollArea>
@@ -111,8 +112,13 @@ void PanelDocks::disableHiddenPanels()
 {
     // A dock behind a tab lies off the window but counts as visible: its mnemonics would act on
     // controls that nobody sees.
-    for (QDockWidget* dock : docks)
-        dock->widget()->setEnabled(isSeen(*dock));
+    for (QDockWidget* dock : docks) {
+        const bool seen = isSeen(*dock);
+        // Left to itself the focus would go on to some text field, and swallow shortcuts there.
+        if (!seen && dock->isAncestorOf(QApplication::focusWidget()))
+            window.centralWidget()->setFocus();
+        dock->widget()->setEnabled(seen);
+    }
 }
 
 std::vector<QAction*> PanelDocks::switches() const

@@ -23,7 +23,7 @@ SourceBar::SourceBar(QWidget* parent)
     sources->addItems({QStringLiteral("sim"), QStringLiteral("sim?bits=12"),
                        QStringLiteral("sim?mono=1&bits=10"), QStringLiteral("genicam")});
 
-    auto* label = new QLabel(tr(" S&ource "), this);
+    auto* label = new QLabel(tr(" So&urce "), this);
     label->setBuddy(sources);
     addWidget(label);
     addWidget(sources);
