@@ -189,6 +189,60 @@ TEST_F(ViewerTest, PaintsHardPixelsOnlyWhenMagnified)
     EXPECT_TRUE(isGrey());
 }
 
+// Some of its repaints draw no picture.
+class BareViewer : public Viewer
+{
+public:
+    using Viewer::Viewer;
+    bool bare = false;
+
+protected:
+    void drawBackground(QPainter* painter, const QRectF& rect) override
+    {
+        if (!bare)
+            Viewer::drawBackground(painter, rect);
+    }
+};
+
+int uncoveredPixels(QWidget& widget)
+{
+    QImage target(widget.size(), QImage::Format_RGB32);
+    target.fill(Qt::magenta);
+    widget.render(&target);
+    int count = 0;
+    for (int y = 0; y < target.height(); ++y)
+        for (int x = 0; x < target.width(); ++x)
+            count += target.pixelColor(x, y) == QColor(Qt::magenta);
+    return count;
+}
+
+TEST(ViewerBackgroundTest, IsClearedWhereverNoPictureComes)
+{
+    BareViewer view(nullptr);
+    showWithViewport(view, {300, 200});
+    const auto staysClean = [&view] {
+        return uncoveredPixels(*view.viewport()) + uncoveredPixels(*view.viewport()) == 0;
+    };
+    EXPECT_TRUE(staysClean()) << "no picture";
+    view.setBitmap(plainPicture(100, 100));
+    EXPECT_TRUE(staysClean()) << "beside a fitted picture";
+    view.setZoom(0.333);
+    EXPECT_TRUE(staysClean()) << "at fractions of a pixel";
+    view.rotate(30);
+    EXPECT_TRUE(staysClean()) << "turned";
+    view.setBackground(Qt::darkBlue);
+    EXPECT_TRUE(staysClean()) << "coloured";
+    view.bare = true;
+    uncoveredPixels(*view.viewport());
+    EXPECT_TRUE(staysClean()) << "another background";
+    view.bare = false;
+    QImage transparent(100, 100, QImage::Format_ARGB32);
+    transparent.fill(Qt::transparent);
+    view.setBitmap(transparent);
+    uncoveredPixels(*view.viewport());
+    EXPECT_TRUE(staysClean()) << "a picture to see through";
+}
+
 TEST_F(ViewerTest, KeepsTheRecordingIndicatorInTheCorner)
 {
     showPicture(2000, 2000);

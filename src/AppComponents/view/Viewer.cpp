@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QMutexLocker>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QResizeEvent>
 #include <QThread>
@@ -34,6 +35,11 @@ int classicDelta(const QWheelEvent& event)
 double area(const QSize& size)
 {
     return static_cast<double>(static_cast<qint64>(size.width()) * size.height());
+}
+
+const QBrush& plainBrush(const QWidget& widget)
+{
+    return widget.palette().brush(widget.backgroundRole());
 }
 
 } // namespace
@@ -67,7 +73,8 @@ QWidget* Viewer::getAsWidget()
 
 void Viewer::setBackground(QColor color)
 {
-    setStyleSheet(QStringLiteral("background-color:%1;").arg(color.name()));
+    backgroundStyleSheet = QStringLiteral("background-color:%1;").arg(color.name());
+    setStyleSheet(backgroundStyleSheet);
 }
 
 void Viewer::setBitmap(const QImage& image)
@@ -320,6 +327,62 @@ void Viewer::resizeEvent(QResizeEvent* event)
     emitZoom();
 }
 
+void Viewer::paintEvent(QPaintEvent* event)
+{
+    const bool erasedByQt = !viewport()->testAttribute(Qt::WA_OpaquePaintEvent);
+    if (!erasedByQt)
+        eraseAroundPicture(event->region());
+
+    opaquePictureDrawn = false;
+    QGraphicsView::paintEvent(event);
+
+    const bool eraseNext = opaquePictureDrawn && hasPlainBackground();
+    if (eraseNext == erasedByQt) {
+        viewport()->setAttribute(Qt::WA_OpaquePaintEvent, eraseNext);
+        if (!eraseNext)
+            viewport()->update();
+    }
+}
+
+// Qt would clear the whole viewport before each frame, only to have it covered by the picture.
+// While a picture is shown, the viewport therefore passes as opaque and is cleared here where no
+// picture comes.
+void Viewer::eraseAroundPicture(const QRegion& exposed)
+{
+    const QRegion uncovered = exposed - coveredByPicture();
+    if (uncovered.isEmpty())
+        return;
+    QPainter painter(viewport());
+    for (const QRect& rect : uncovered)
+        painter.fillRect(rect, plainBrush(*viewport()));
+}
+
+// Whether one opaque brush is all that Qt would paint: not so with a style sheet of the
+// application, which may hold pictures and borders.
+bool Viewer::hasPlainBackground() const
+{
+    const bool coloured = !backgroundStyleSheet.isEmpty() && styleSheet() == backgroundStyleSheet;
+    const bool oneBrush = coloured || viewport()->autoFillBackground();
+    return oneBrush && plainBrush(*viewport()).isOpaque();
+}
+
+// Without the outermost pixels, which a picture at a fraction of a pixel may leave uncovered.
+QRect Viewer::coveredByPicture() const
+{
+    if (bitmap.isNull() || bitmap.hasAlphaChannel() || isTurned())
+        return {};
+    const QRectF shown = viewportTransform().mapRect(QRectF(bitmap.rect()));
+    return shown.intersected(viewport()->rect().adjusted(-2, -2, 2, 2))
+        .toAlignedRect()
+        .adjusted(1, 1, -1, -1);
+}
+
+// Whether the picture's edges are not those of the screen.
+bool Viewer::isTurned() const
+{
+    return viewportTransform().type() > QTransform::TxScale;
+}
+
 void Viewer::drawBackground(QPainter* painter, const QRectF& rect)
 {
     QGraphicsView::drawBackground(painter, rect);
@@ -331,6 +394,7 @@ void Viewer::drawBackground(QPainter* painter, const QRectF& rect)
         painter->setRenderHint(QPainter::SmoothPixmapTransform, bitmap.width() > shownWidth);
         painter->drawImage(QPointF(0, 0), bitmap);
     }
+    opaquePictureDrawn = !bitmap.hasAlphaChannel();
     recordIndicator.setPos(mapToScene(5, 5));
 }
 

@@ -114,6 +114,7 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void drawBackground(QPainter* painter, const QRectF& rect) override;
 
 protected slots:
@@ -127,6 +128,10 @@ private:
     void emitZoom();
     bool replaceBitmap(const QImage& image);
     void addGridLines();
+    void eraseAroundPicture(const QRegion& exposed);
+    bool hasPlainBackground() const;
+    QRect coveredByPicture() const;
+    bool isTurned() const;
 
     CLogAccessor log;
     QMutex bitmapMutex;
@@ -143,4 +148,6 @@ private:
     double zoomInFactor = 1.2;
     double zoomOutFactor = 0.8;
     bool showGrid = false;
+    QString backgroundStyleSheet;
+    bool opaquePictureDrawn = false; ///< by the repaint that runs or ran last
 };
