@@ -225,7 +225,7 @@ void FrameEx2::flip(bool flipH, bool flipV)
 {
     const int bytesPerPixel = (rawBitDepth > 8 ? 2 : 1) * (params.bitsPerPixel / 8);
     const long long pictureBytes = 1LL * imgWidth * imgHeight * bytesPerPixel;
-    if (pictureBytes <= 0 || pictureBytes > getImageBuffSize())
+    if (imgWidth <= 0 || pictureBytes <= 0 || pictureBytes > getImageBuffSize())
         return;
     flipPicture(getImageBuffer(), imgWidth, imgHeight, bytesPerPixel, flipH, flipV);
 }
@@ -235,7 +235,7 @@ void FrameEx2::colorToMono1()
     if (params.bitsPerPixel == 8 || rawBitDepth > 8)
         return;
     const long long pixels = std::min(1LL * imgWidth * imgHeight, 1LL * (buffSize / 3));
-    if (pixels > 0)
+    if (imgWidth > 0 && pixels > 0)
         keepFirstOfThree(buffer, static_cast<std::size_t>(pixels));
     params.bitsPerPixel = 8;
 }

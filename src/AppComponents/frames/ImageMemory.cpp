@@ -49,9 +49,15 @@ private:
     std::size_t blockBytes = 0;
 };
 
-/// What an image holds of its memory; the pool lives as long as any image does.
+/// Never destroyed: images and the threads that make them may still be about after main().
+BlockPool& pool()
+{
+    static BlockPool* const immortal = std::make_unique<BlockPool>().release();
+    return *immortal;
+}
+
+/// What an image holds of its memory.
 struct Loan {
-    std::shared_ptr<BlockPool> pool;
     BlockPool::Block block;
     std::size_t bytes;
 };
@@ -59,24 +65,24 @@ struct Loan {
 void endLoan(void* info)
 {
     const std::unique_ptr<Loan> loan(static_cast<Loan*>(info));
-    loan->pool->giveBack(std::move(loan->block), loan->bytes);
+    pool().giveBack(std::move(loan->block), loan->bytes);
 }
 
 } // namespace
 
 QImage imageFromPool(int width, int height, QImage::Format format)
 {
-    static const std::shared_ptr<BlockPool> pool = std::make_shared<BlockPool>();
-
     const long long bytesPerLine =
         (format == QImage::Format_Indexed8 ? width + 3LL : 3LL * width + 3) & ~3LL;
     if (width <= 0 || height <= 0 || bytesPerLine > INT_MAX / height)
         return {};
     const std::size_t bytes = static_cast<std::size_t>(bytesPerLine * height);
-    auto loan = std::make_unique<Loan>(Loan{pool, pool->take(bytes), bytes});
-    unsigned char* const pixels = loan->block.get();
-    if (!pixels)
+    auto loan = std::make_unique<Loan>(Loan{pool().take(bytes), bytes});
+    if (!loan->block)
         return {};
-    return QImage(pixels, width, height, static_cast<int>(bytesPerLine), format, endLoan,
-                  loan.release());
+    QImage image(loan->block.get(), width, height, static_cast<int>(bytesPerLine), format, endLoan,
+                 loan.get());
+    if (!image.isNull()) // else the size was too large for it, and it does not end the loan
+        static_cast<void>(loan.release());
+    return image;
 }

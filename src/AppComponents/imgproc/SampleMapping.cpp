@@ -10,6 +10,48 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#ifndef APPCOMPONENTS_GENTLE_TABLE // this file is compiled once for each instruction set
+#define APPCOMPONENTS_GENTLE_TABLE
+namespace samples
+{
+
+/// A table of 4096 entries told by its blocks of sixteen, for tables that never fall within a
+/// block and rise by no more than three there: a tenth of the look-ups find an entry.
+struct GentleTable {
+    static constexpr int blocks = 256;
+    static constexpr int blockSize = 16;
+    static constexpr int mostRises = 3;
+
+    std::uint8_t firsts[blocks];           // the entry with which a block begins
+    std::uint8_t rises[mostRises][blocks]; // places in the block, blockSize for none
+
+    /// \return false if the table is not of this kind.
+    bool describe(const unsigned char* table)
+    {
+        for (int block = 0; block < blocks; ++block) {
+            const unsigned char* const entries = table + blockSize * block;
+            firsts[block] = entries[0];
+            int risen = 0;
+            for (int place = 1; place < blockSize; ++place) {
+                const int until = entries[place] - entries[0];
+                if (until < risen || until > mostRises)
+                    return false;
+                for (; risen < until; ++risen)
+                    rises[risen][block] = static_cast<std::uint8_t>(place);
+            }
+            for (; risen < mostRises; ++risen)
+                rises[risen][block] = blockSize;
+        }
+        return true;
+    }
+};
+
+// Below, describing a table takes longer than looking up in the plain one.
+constexpr std::ptrdiff_t worthDescribing = 32768;
+
+} // namespace samples
+#endif
+
 HWY_BEFORE_NAMESPACE();
 namespace samples::HWY_NAMESPACE
 {
@@ -59,21 +101,35 @@ std::ptrdiff_t shift(const unsigned char* src, std::ptrdiff_t count, int bits, u
 
 #if HWY_TARGET == HWY_AVX3_DL
 
+/// A table of 256 bytes held in registers.
+class ByteTable
+{
+public:
+    explicit ByteTable(const unsigned char* table)
+        : low0(_mm512_loadu_si512(table))
+        , low1(_mm512_loadu_si512(table + 64))
+        , high0(_mm512_loadu_si512(table + 128))
+        , high1(_mm512_loadu_si512(table + 192))
+    {
+    }
+    __m512i operator[](__m512i index) const
+    {
+        const __m512i low = _mm512_permutex2var_epi8(low0, index, low1);
+        const __m512i high = _mm512_permutex2var_epi8(high0, index, high1);
+        return _mm512_mask_blend_epi8(_mm512_movepi8_mask(index), low, high);
+    }
+
+private:
+    __m512i low0, low1, high0, high1;
+};
+
 std::ptrdiff_t map8(const unsigned char* src, std::ptrdiff_t count, const unsigned char* table,
                     unsigned char* dst)
 {
-    const __m512i table0 = _mm512_loadu_si512(table);
-    const __m512i table1 = _mm512_loadu_si512(table + 64);
-    const __m512i table2 = _mm512_loadu_si512(table + 128);
-    const __m512i table3 = _mm512_loadu_si512(table + 192);
+    const ByteTable entries(table);
     std::ptrdiff_t i = 0;
-    for (; i + 64 <= count; i += 64) {
-        const __m512i index = _mm512_loadu_si512(src + i);
-        const __m512i low = _mm512_permutex2var_epi8(table0, index, table1);
-        const __m512i high = _mm512_permutex2var_epi8(table2, index, table3);
-        const __mmask64 isHigh = _mm512_movepi8_mask(index);
-        _mm512_storeu_si512(dst + i, _mm512_mask_blend_epi8(isHigh, low, high));
-    }
+    for (; i + 64 <= count; i += 64)
+        _mm512_storeu_si512(dst + i, entries[_mm512_loadu_si512(src + i)]);
     return i;
 }
 
@@ -113,6 +169,31 @@ std::ptrdiff_t map16(const unsigned short* src, std::ptrdiff_t count, const unsi
         }
         for (int v = 0; v < vectors; ++v)
             _mm512_storeu_si512(dst + i + 64 * v, value[v]);
+    }
+    return i;
+}
+
+// An entry is that of its block and one more for each rise up to it.
+std::ptrdiff_t mapGentle(const unsigned short* src, std::ptrdiff_t count, const GentleTable& table,
+                         unsigned char* dst)
+{
+    const ByteTable firsts(table.firsts);
+    const ByteTable rise0(table.rises[0]);
+    const ByteTable rise1(table.rises[1]);
+    const ByteTable rise2(table.rises[2]);
+    const __m512i placeMask = _mm512_set1_epi8(GentleTable::blockSize - 1);
+    const __m512i one = _mm512_set1_epi8(1);
+    std::ptrdiff_t i = 0;
+    for (; i + 64 <= count; i += 64) {
+        const WordVector first{_mm512_loadu_si512(src + i)};
+        const WordVector second{_mm512_loadu_si512(src + i + 32)};
+        const __m512i place = _mm512_and_si512(lowBytes(first, second).raw, placeMask);
+        const __m512i block = lowBytes(hn::ShiftRight<4>(first), hn::ShiftRight<4>(second)).raw;
+        __m512i value = firsts[block];
+        for (const ByteTable* const rise : {&rise0, &rise1, &rise2})
+            value = _mm512_mask_add_epi8(value, _mm512_cmpge_epu8_mask(place, (*rise)[block]),
+                                         value, one);
+        _mm512_storeu_si512(dst + i, value);
     }
     return i;
 }
@@ -194,6 +275,11 @@ std::ptrdiff_t map10(const unsigned short* src, std::ptrdiff_t count, const unsi
 std::ptrdiff_t map12(const unsigned short* src, std::ptrdiff_t count, const unsigned char* table,
                      unsigned char* dst)
 {
+#if HWY_TARGET == HWY_AVX3_DL
+    GentleTable gentle;
+    if (count >= worthDescribing && gentle.describe(table))
+        return mapGentle(src, count, gentle, dst);
+#endif
     return map16<32>(src, count, table, dst);
 }
 
