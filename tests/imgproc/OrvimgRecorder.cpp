@@ -10,42 +10,42 @@ namespace
 {
 
 Calls calls;
-char contexts[64];
+char contexts[8192];
 int contextsMade = 0;
 
-void fillTable(int entries, int brightness, int contrast, int gamma, unsigned char* table)
+template <typename... Numbers>
+void record(std::string function, std::vector<const void*> pointers, Numbers... numbers)
 {
-    for (int level = 0; level < entries; ++level)
+    calls.push_back({std::move(function), std::move(pointers), {static_cast<double>(numbers)...}});
+}
+
+void fillTable(int bits, int brightness, int contrast, int gamma, unsigned char* table)
+{
+    const std::string name = bits == 8 ? "8" : std::to_string(bits) + "_8";
+    record("create_BCG_LUT" + name, {table}, brightness, contrast, gamma);
+    for (int level = 0; level < 1 << bits; ++level)
         table[level] = tableEntry(level, brightness, contrast, gamma);
 }
 
-void recordTable(const char* function, int entries, int brightness, int contrast, int gamma,
-                 unsigned char* table)
+void fillBestTable(int bits, const int* histogram, unsigned char* table)
 {
-    calls.push_back({function,
-                     {table},
-                     {static_cast<double>(brightness), static_cast<double>(contrast),
-                      static_cast<double>(gamma)}});
-    fillTable(entries, brightness, contrast, gamma, table);
+    record("best_lookup_table" + std::to_string(bits) + "to8", {histogram, table});
+    for (int level = 0; level < 1 << bits; ++level)
+        table[level] = bestTableEntry(level);
 }
 
-void recordBalance(const char* function, const unsigned char* mosaic, int width, int height,
-                   double* red, double* blue)
+void balance(const char* phase, const unsigned char* mosaic, int width, int height, double* red,
+             double* blue)
 {
-    calls.push_back({function,
-                     {mosaic},
-                     {static_cast<double>(width), static_cast<double>(height), *red, *blue}});
+    record(std::string("white_balance8") + phase, {mosaic}, width, height, *red, *blue);
     *red = estimatedRedGain;
     *blue = estimatedBlueGain;
 }
 
 template <typename Sample>
-void recordMedian(const char* function, void* picture, int width, int height, int color)
+void median(const char* function, void* picture, int width, int height, int color)
 {
-    calls.push_back(
-        {function,
-         {picture},
-         {static_cast<double>(width), static_cast<double>(height), static_cast<double>(color)}});
+    record(function, {picture}, width, height, color);
     Sample* const samples = static_cast<Sample*>(picture);
     for (int i = 0; i < width * height; ++i)
         samples[i] = static_cast<Sample>(samples[i] + medianIncrement);
@@ -80,114 +80,81 @@ using namespace orvimg_recorder;
 
 void create_BCG_LUT8(int brightness, int contrast, int gamma, unsigned char* table)
 {
-    recordTable("create_BCG_LUT8", 256, brightness, contrast, gamma, table);
+    fillTable(8, brightness, contrast, gamma, table);
 }
-
 void create_BCG_LUT10_8(int brightness, int contrast, int gamma, unsigned char* table)
 {
-    recordTable("create_BCG_LUT10_8", 1024, brightness, contrast, gamma, table);
+    fillTable(10, brightness, contrast, gamma, table);
 }
-
 void create_BCG_LUT12_8(int brightness, int contrast, int gamma, unsigned char* table)
 {
-    recordTable("create_BCG_LUT12_8", 4096, brightness, contrast, gamma, table);
+    fillTable(12, brightness, contrast, gamma, table);
 }
-
 void histogram10(const unsigned short* samples, int count, int* histogram)
 {
-    calls.push_back({"histogram10", {samples, histogram}, {static_cast<double>(count)}});
+    record("histogram10", {samples, histogram}, count);
 }
-
 void histogram12(const unsigned short* samples, int count, int* histogram)
 {
-    calls.push_back({"histogram12", {samples, histogram}, {static_cast<double>(count)}});
+    record("histogram12", {samples, histogram}, count);
 }
-
 void best_lookup_table10to8(const int* histogram, unsigned char* table)
 {
-    calls.push_back({"best_lookup_table10to8", {histogram, table}, {}});
-    for (int level = 0; level < 1024; ++level)
-        table[level] = bestTableEntry(level);
+    fillBestTable(10, histogram, table);
 }
-
 void best_lookup_table12to8(const int* histogram, unsigned char* table)
 {
-    calls.push_back({"best_lookup_table12to8", {histogram, table}, {}});
-    for (int level = 0; level < 4096; ++level)
-        table[level] = bestTableEntry(level);
+    fillBestTable(12, histogram, table);
 }
-
 void debayer24(const unsigned char* mosaic, int width, int height, int pattern, int algorithm,
                unsigned char* rgb)
 {
-    calls.push_back({"debayer24",
-                     {mosaic, rgb},
-                     {static_cast<double>(width), static_cast<double>(height),
-                      static_cast<double>(pattern), static_cast<double>(algorithm)}});
+    record("debayer24", {mosaic, rgb}, width, height, pattern, algorithm);
     for (int i = 0; i < 3 * width * height; ++i)
         rgb[i] = static_cast<unsigned char>(mosaic[i / 3] + i % 3);
 }
-
-void white_balance8rggb(const unsigned char* mosaic, int width, int height, double* red,
-                        double* blue)
+void white_balance8rggb(const unsigned char* m, int w, int h, double* red, double* blue)
 {
-    recordBalance("white_balance8rggb", mosaic, width, height, red, blue);
+    balance("rggb", m, w, h, red, blue);
 }
-
-void white_balance8bggr(const unsigned char* mosaic, int width, int height, double* red,
-                        double* blue)
+void white_balance8bggr(const unsigned char* m, int w, int h, double* red, double* blue)
 {
-    recordBalance("white_balance8bggr", mosaic, width, height, red, blue);
+    balance("bggr", m, w, h, red, blue);
 }
-
-void white_balance8gbrg(const unsigned char* mosaic, int width, int height, double* red,
-                        double* blue)
+void white_balance8gbrg(const unsigned char* m, int w, int h, double* red, double* blue)
 {
-    recordBalance("white_balance8gbrg", mosaic, width, height, red, blue);
+    balance("gbrg", m, w, h, red, blue);
 }
-
-void white_balance8grbg(const unsigned char* mosaic, int width, int height, double* red,
-                        double* blue)
+void white_balance8grbg(const unsigned char* m, int w, int h, double* red, double* blue)
 {
-    recordBalance("white_balance8grbg", mosaic, width, height, red, blue);
+    balance("grbg", m, w, h, red, blue);
 }
-
 void* color_correction_init(void)
 {
-    calls.push_back({"color_correction_init", {}, {}});
+    record("color_correction_init", {});
     return contexts + contextsMade++;
 }
-
-void color_correction_set(void* context, double redGain, double redOffset, double greenGain,
-                          double greenOffset, double blueGain, double blueOffset, double hue,
-                          double saturation, double lightness, double offset)
+void color_correction_set(void* context, double r, double r0, double g, double g0, double b,
+                          double b0, double hue, double saturation, double lightness, double all0)
 {
-    calls.push_back({"color_correction_set",
-                     {context},
-                     {redGain, redOffset, greenGain, greenOffset, blueGain, blueOffset, hue,
-                      saturation, lightness, offset}});
+    record("color_correction_set", {context}, r, r0, g, g0, b, b0, hue, saturation, lightness,
+           all0);
 }
-
 void color_correction24(void* context, unsigned char* rgb, int width, int height)
 {
-    calls.push_back({"color_correction24",
-                     {context, rgb},
-                     {static_cast<double>(width), static_cast<double>(height)}});
+    record("color_correction24", {context, rgb}, width, height);
     for (int i = 0; i < 3 * width * height; ++i)
         rgb[i] = static_cast<unsigned char>(rgb[i] + correctionIncrement);
 }
-
 void color_correction_done(void* context)
 {
-    calls.push_back({"color_correction_done", {context}, {}});
+    record("color_correction_done", {context});
 }
-
 void median_filter8(void* picture, int width, int height, int color)
 {
-    recordMedian<unsigned char>("median_filter8", picture, width, height, color);
+    median<unsigned char>("median_filter8", picture, width, height, color);
 }
-
 void median_filter16(void* picture, int width, int height, int color)
 {
-    recordMedian<unsigned short>("median_filter16", picture, width, height, color);
+    median<unsigned short>("median_filter16", picture, width, height, color);
 }

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include <cmath>
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <string>
@@ -105,68 +105,51 @@ protected:
     void SetUp() override { take(); }
 
     /// The calls that one frame makes, in their order.
-    Calls expectedCalls(const Setting& s, ImgProcessor& processor, FrameEx2& raw, bool firstFrame,
-                        const void* context)
+    static Calls expectedCalls(const Setting& s, ImgProcessor& processor, FrameEx2& raw, bool first,
+                               const void* context)
     {
         Calls calls;
-        const double w = width;
-        const double h = height;
+        const auto call = [&](const std::string& function, std::vector<const void*> pointers,
+                              std::vector<double> numbers) {
+            calls.push_back({function, std::move(pointers), std::move(numbers)});
+        };
         if (s.median())
-            calls.push_back({s.depth == 8 ? "median_filter8" : "median_filter16",
-                             {raw.getImageBuffer()},
-                             {w, h, 0}});
-        if (s.table() && firstFrame) {
-            const int shift = s.depth == 8 ? 0 : 256;
-            if (s.depth == 12)
-                calls.push_back({"create_BCG_LUT12_8", {processor.getLUT12()}, {0, 1, 1}});
-            else
-                calls.push_back({s.depth == 8 ? "create_BCG_LUT8" : "create_BCG_LUT10_8",
-                                 {processor.getLUT8() + shift},
-                                 {0, 1, 1}});
+            call(s.depth == 8 ? "median_filter8" : "median_filter16", {raw.getImageBuffer()},
+                 {width, height, 0});
+        if (s.table() && first) {
+            const auto depth = std::to_string(s.depth);
+            call("create_BCG_LUT" + depth + (s.depth > 8 ? "_8" : ""),
+                 {s.depth == 12 ? processor.getLUT12()
+                                : processor.getLUT8() + (s.depth == 10 ? 256 : 0)},
+                 {0, 1, 1});
         }
-        if (s.color())
-            appendColorCalls(calls, s, raw, firstFrame, context);
-        return calls;
-    }
-
-    static void appendColorCalls(Calls& calls, const Setting& s, FrameEx2& raw, bool firstFrame,
-                                 const void* context)
-    {
+        if (!s.color())
+            return calls;
         static const int codes[] = {0, 2, 2, 4, 6, 3, 5, 1};
         const double algorithm = s.method >= 1 && s.method <= 7 ? codes[s.method] : 0;
         const double pattern = s.mirrorV ? (s.mirrorH ? 1 : 0) : (s.mirrorH ? 3 : 2);
-        const double w = width;
-        const double h = height;
         FrameEx2* const mosaic = s.makesGrey() ? raw.processed : &raw;
         const void* const rgb = mosaic->processed->getImageBuffer();
         const bool balances = s.has(CS_AUTO_WHITE_BALANCE);
-
         if (balances)
-            calls.push_back(
-                {"white_balance8" + s.phase(), {mosaic->getImageBuffer()}, {w, h, 1, 1}});
-        calls.push_back({"debayer24", {mosaic->getImageBuffer(), rgb}, {w, h, pattern, algorithm}});
+            call("white_balance8" + s.phase(), {mosaic->getImageBuffer()}, {width, height, 1, 1});
+        call("debayer24", {mosaic->getImageBuffer(), rgb}, {width, height, pattern, algorithm});
         if (!balances && !s.corrects())
-            return;
-        std::vector<double> values{1.1, 0, 1.2, 0, 1.3, 0, 10, 0.5, 2, 0};
+            return calls;
+        if (first)
+            call("color_correction_init", {}, {});
+        const double red = balances ? estimatedRedGain : s.greyOfColor() ? 1 : 1.1;
+        const double green = balances || s.greyOfColor() ? 1 : 1.2;
+        const double blue = balances ? estimatedBlueGain : s.greyOfColor() ? 1 : 1.3;
+        std::vector<double> values{red, 0, green, 0, blue, 0, 10, 0.5, 2, 0};
         if (s.greyOfColor())
-            values = {1, 0, 1, 0, 1, 0, 0, 0, 1, 0};
-        if (balances) {
-            values[0] = estimatedRedGain;
-            values[2] = 1;
-            values[4] = estimatedBlueGain;
-        }
-        if (!s.corrects()) {
-            values[6] = 0;
-            values[7] = 1;
-            values[8] = 1;
-        }
-        // The grey of a colour sensor overwrites the gains that white balance has just found.
-        const bool configures = firstFrame || balances;
-        if (firstFrame)
-            calls.push_back({"color_correction_init", {}, {}});
-        if (configures)
-            calls.push_back({"color_correction_set", {context}, values});
-        calls.push_back({"color_correction24", {context, rgb}, {w, h}});
+            values = {red, 0, green, 0, blue, 0, 0, 0, 1, 0};
+        else if (!s.corrects())
+            values = {red, 0, green, 0, blue, 0, 0, 1, 1, 0};
+        if (first || balances) // the gains that were found make it stale again
+            call("color_correction_set", {context}, values);
+        call("color_correction24", {context, rgb}, {width, height});
+        return calls;
     }
 
     void checkChain(const Setting& s, FrameEx2& raw)
@@ -194,36 +177,29 @@ protected:
         apply(processor, s);
         take(); // what the processor before released
         const void* const context = nextContext();
-        for (const bool firstFrame : {true, false}) {
+        for (const bool first : {true, false}) {
             refill(raw);
             processor.ProcessFrame(&raw, 8);
-            EXPECT_EQ(take(), expectedCalls(s, processor, raw, firstFrame, context));
+            EXPECT_EQ(take(), expectedCalls(s, processor, raw, first, context));
             checkChain(s, raw);
         }
+        EXPECT_EQ(processor.isipFlagSet(CS_COLOR_CORRECTION), s.corrects());
+        EXPECT_EQ(processor.getSaturation(), s.greyOfColor() ? 0.0 : 0.5);
     }
 };
 
 TEST_F(Pipeline, EveryMethodCallsItsStagesInOrder)
 {
-    for (const int method : {-1, 0, 1, 2, 3, 4, 5, 6, 7, 8})
-        for (int bits = 0; bits < 32; ++bits)
-            for (const int depth : {8, 10, 12})
-                for (const bool colorSensor : {false, true}) {
-                    const int flags = (bits & 1 ? CS_APPLY_LUT : 0) | (bits & 2 ? CS_BYPASS : 0) |
-                                      (bits & 4 ? CS_AUTO_WHITE_BALANCE : 0) |
-                                      (bits & 8 ? CS_COLOR_CORRECTION : 0) |
-                                      (bits & 16 ? CS_MEDIAN_FILTER : 0);
-                    check({method, flags, depth, false, false, colorSensor});
-                    if (HasFailure())
-                        return;
-                }
-}
-
-TEST_F(Pipeline, MirrorFlagsDecideThePhase)
-{
-    for (const bool mirrorV : {false, true})
-        for (const bool mirrorH : {false, true})
-            check({3, CS_AUTO_WHITE_BALANCE, 12, mirrorV, mirrorH});
+    constexpr CamStateFlag switches[] = {CS_APPLY_LUT, CS_BYPASS, CS_AUTO_WHITE_BALANCE,
+                                         CS_COLOR_CORRECTION, CS_MEDIAN_FILTER};
+    for (int method = -1; method <= 8; ++method)
+        for (int bits = 0; bits < 256 && !HasFailure(); ++bits)
+            for (const int depth : {8, 10, 12}) {
+                int flags = 0;
+                for (int k = 0; k < 5; ++k)
+                    flags |= bits >> k & 1 ? switches[k] : 0;
+                check({method, flags, depth, (bits & 32) != 0, (bits & 64) != 0, bits >= 128});
+            }
 }
 
 TEST_F(Pipeline, RefusesOtherDepthsBeforeTouchingTheFrame)
@@ -244,74 +220,11 @@ TEST_F(Pipeline, RefusesOtherDepthsBeforeTouchingTheFrame)
     EXPECT_THAT(take(), IsEmpty());
 }
 
-TEST_F(Pipeline, MirrorsTheRawFrameAndOnRequestTheResult)
-{
-    FrameEx2 raw(params({}), 12);
-    refill(raw);
-    ImgProcessor processor;
-    processor.setFlipH(true);
-    processor.ProcessFrame(&raw, 8);
-    FrameEx2* const grey = raw.getLasFrameInChain(true);
-    EXPECT_EQ(grey->getImageBuffer()[5], rawSample(5) >> 4);
-    unsigned short first;
-    std::memcpy(&first, raw.getImageBuffer(), 2);
-    EXPECT_EQ(first, rawSample(width - 1));
-    processor.setFlipV(true);
-    processor.flipImage(&raw);
-    EXPECT_EQ(grey->getImageBuffer()[0], rawSample(pixels - 1) >> 4);
-}
-
-TEST_F(Pipeline, BypassKeepsTheRawFormat)
-{
-    FrameEx2 raw({0, 0, width, height, 1, 24, false, false}, 8);
-    raw.invalidateFrame();
-    ImgProcessor processor;
-    processor.setipFlags(CS_BYPASS);
-    processor.setColorReconstructionMethod(2);
-    processor.ProcessFrame(&raw, 8);
-    EXPECT_EQ(raw.params.bitsPerPixel, 24);
-    EXPECT_THAT(take(), IsEmpty()); // three samples per pixel are no mosaic
-    processor.setipFlags(0);
-    processor.ProcessFrame(&raw, 8);
-    EXPECT_EQ(raw.params.bitsPerPixel, 8);
-    EXPECT_EQ(take().size(), 1U);
-}
-
-TEST_F(Pipeline, UnknownDepthLeavesTheGreyFrameValidAndUntouched)
-{
-    FrameEx2 raw(params({}), 14);
-    ImgProcessor processor;
-    processor.setColorReconstructionMethod(1);
-    processor.setipFlags(CS_APPLY_LUT);
-    FrameEx2* const grey = raw.adaptProcessedFrame(params({}), 8);
-    std::memset(grey->getImageBuffer(), 77, pixels);
-    EXPECT_TRUE(processor.BuildMonoFrame8(&raw));
-    EXPECT_TRUE(grey->isValid && grey->isFilled);
-    EXPECT_EQ(grey->getImageBuffer()[pixels - 1], 77);
-}
-
-TEST_F(Pipeline, GreyOfAColorSensorTakesOverTheColorSettings)
-{
-    const Setting s{1, 0, 12, false, false, true};
-    FrameEx2 raw(params(s), 12);
-    ImgProcessor processor;
-    apply(processor, s);
-    refill(raw);
-    processor.ProcessFrame(&raw, 8);
-    EXPECT_TRUE(processor.isipFlagSet(CS_COLOR_CORRECTION));
-    EXPECT_EQ(processor.getColorBalanceR(), 1.0);
-    EXPECT_EQ(processor.getColorBalanceG(), 1.0);
-    EXPECT_EQ(processor.getColorBalanceB(), 1.0);
-    EXPECT_EQ(processor.getHue(), 0.0);
-    EXPECT_EQ(processor.getSaturation(), 0.0);
-    EXPECT_EQ(processor.getLuminance(), 1.0);
-}
-
 /// How often color_correction_set is called for one more frame.
 class ColorConfiguration : public Pipeline
 {
 protected:
-    void SetUp() override
+    ColorConfiguration()
     {
         processor.setColorReconstructionMethod(2);
         processor.setipFlags(CS_COLOR_CORRECTION);
@@ -321,10 +234,10 @@ protected:
     {
         refill(raw);
         processor.ProcessFrame(&raw, 8);
-        int count = 0;
-        for (const Call& call : take())
-            count += call.function == "color_correction_set" ? 1 : 0;
-        return count;
+        const Calls calls = take();
+        return static_cast<int>(std::count_if(calls.begin(), calls.end(), [](const Call& call) {
+            return call.function == "color_correction_set";
+        }));
     }
     FrameEx2 raw{params({}), 8};
     ImgProcessor processor;
@@ -332,8 +245,8 @@ protected:
 
 TEST_F(ColorConfiguration, FollowsEveryChange)
 {
-    EXPECT_EQ(configurations(), 0);
     processor.setColorCorrectionParams(1, 1, 1, 0, 1, 1); // as they are
+    processor.setipFlag(CS_COLOR_CORRECTION, true);
     EXPECT_EQ(configurations(), 0);
     processor.setColorCorrectionParams(1, 1, 1, 0, 1, 1.5);
     EXPECT_EQ(configurations(), 1);
@@ -347,18 +260,13 @@ TEST_F(ColorConfiguration, FollowsEveryChange)
     EXPECT_EQ(configurations(), 1);
     processor.setColorCorrectionParams(1, 1, 1, processor.getHue(), 1, 1);
     EXPECT_EQ(configurations(), 1); // NaN never is what was set
-}
 
-TEST_F(ColorConfiguration, FollowsSwitchingTheCorrectionOnAlone)
-{
-    processor.setipFlag(CS_COLOR_CORRECTION, true); // was on
+    processor.setipFlags(0);
+    processor.setipFlag(CS_COLOR_CORRECTION | CS_APPLY_LUT, true); // a combination marks nothing
     EXPECT_EQ(configurations(), 0);
     processor.setipFlag(CS_COLOR_CORRECTION, false);
     processor.setipFlag(CS_COLOR_CORRECTION, true);
     EXPECT_EQ(configurations(), 1);
-    processor.setipFlags(0);
-    processor.setipFlag(CS_COLOR_CORRECTION | CS_APPLY_LUT, true);
-    EXPECT_EQ(configurations(), 0);
     processor.setipFlags(0);
     processor.setipFlags(CS_COLOR_CORRECTION | CS_APPLY_LUT);
     EXPECT_EQ(configurations(), 1);
@@ -411,30 +319,45 @@ struct OwnTables : ImgProcessor {
     int used = 0;
 };
 
-TEST_F(Pipeline, CallsReplacedTableOperations)
+TEST_F(Pipeline, CallsReplacedTableOperationsForTheirDepthsAlone)
 {
-    for (const int depth : {8, 10, 12}) {
+    for (const int depth : {8, 10, 12, 14}) {
         FrameEx2 raw(params({}), static_cast<unsigned char>(depth));
         OwnTables processor;
         processor.setColorReconstructionMethod(1);
         processor.setipFlags(CS_APPLY_LUT);
         processor.ProcessFrame(&raw, 8);
-        EXPECT_EQ(processor.used, depth);
+        EXPECT_EQ(processor.used, depth == 14 ? 0 : depth);
+        EXPECT_TRUE(raw.processed->isValid && raw.processed->isFilled);
     }
 }
 
-TEST_F(Pipeline, DepthReductionWorksOnTheFrameItIsGiven)
+TEST_F(Pipeline, MirrorsTheRawFrameAndOnRequestTheResult)
 {
     FrameEx2 raw(params({}), 12);
     refill(raw);
-    FrameEx2* const derived = raw.adaptProcessedFrame(params({}), 8);
-    FrameEx2* const beyond = derived->adaptProcessedFrame(params({}), 8);
-    derived->isValid = true;
-    beyond->isValid = true;
+    raw.params.bitsPerPixel = 24; // a raw frame is one sample per pixel from its processing on
     ImgProcessor processor;
-    processor.convertTo8bit(&raw);
-    EXPECT_EQ(raw.getLasFrameInChain(true), derived);
-    EXPECT_EQ(derived->getImageBuffer()[20], rawSample(20) >> 4);
+    processor.setFlipH(true);
+    processor.ProcessFrame(&raw, 8);
+    EXPECT_EQ(raw.params.bitsPerPixel, 8);
+    const unsigned char* const grey = raw.processed->getImageBuffer();
+    EXPECT_EQ(grey[5], rawSample(5) >> 4);
+    EXPECT_EQ(raw.getImageBuffer()[0], rawSample(width - 1));
+    processor.setFlipV(true);
+    processor.flipImage(&raw);
+    EXPECT_EQ(grey[0], rawSample(pixels - 1) >> 4);
+}
+
+TEST_F(Pipeline, BypassKeepsTheRawFormat)
+{
+    FrameEx2 raw({0, 0, width, height, 1, 24, false, false}, 8);
+    ImgProcessor processor;
+    processor.setipFlags(CS_BYPASS);
+    processor.setColorReconstructionMethod(2);
+    processor.ProcessFrame(&raw, 8);
+    EXPECT_EQ(raw.params.bitsPerPixel, 24);
+    EXPECT_THAT(take(), IsEmpty()); // three samples per pixel are no mosaic
 }
 
 } // namespace

@@ -44,13 +44,6 @@ void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept
     ++allocations;
     return __libc_memalign(alignment, size);
 }
-
-int posix_memalign(void** memory, std::size_t alignment, std::size_t size) noexcept
-{
-    ++allocations;
-    *memory = __libc_memalign(alignment, size);
-    return *memory ? 0 : 12;
-}
 }
 
 #else

@@ -6,11 +6,13 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace
@@ -18,9 +20,6 @@ namespace
 
 using namespace orvimg_recorder;
 using testing::IsEmpty;
-
-const std::vector<int> awkwardCounts{-3,  0,   1,   7,   8,   63,  64,  65,
-                                     447, 448, 449, 639, 640, 641, 1500};
 
 std::vector<std::string> functionsCalled()
 {
@@ -30,12 +29,10 @@ std::vector<std::string> functionsCalled()
     return names;
 }
 
-std::vector<unsigned short> randomWords(std::size_t count, unsigned highest)
+std::vector<unsigned short> randomWords(std::size_t count)
 {
-    std::mt19937 random(3);
     std::vector<unsigned short> words(count);
-    for (unsigned short& word : words)
-        word = static_cast<unsigned short>(random() % (highest + 1));
+    std::generate(words.begin(), words.end(), std::mt19937(3));
     return words;
 }
 
@@ -59,47 +56,6 @@ TEST_F(ToneMapping, StartsWithPlainTablesWhateverItsStepsSay)
     processor.apply_LUT10_8(levels.data(), 3, mapped);
     EXPECT_THAT(mapped, testing::ElementsAre(255, 1, 0));
     EXPECT_THAT(take(), IsEmpty());
-}
-
-TEST_F(ToneMapping, EachStepValueFindsItsOwnStep)
-{
-    double low, high;
-    processor.getBrightnessMinMax(low, high);
-    EXPECT_EQ(std::make_pair(low, high), std::make_pair(-0.5, 0.5));
-    processor.getContrastMinMax(low, high);
-    EXPECT_EQ(std::make_pair(low, high), std::make_pair(0.25, 4.0));
-    processor.getGammaMinMax(low, high);
-    EXPECT_EQ(std::make_pair(low, high), std::make_pair(0.333333333333333, 3.0));
-
-    for (int step = -127; step <= 127; ++step) {
-        const double tolerance = 1e-14;
-        processor.setBrightnessD(step / 254.0 - tolerance);
-        EXPECT_NEAR(processor.getBrightnessD(), step / 254.0, tolerance);
-        const double contrast = step == -64 ? 0.5 : step == 64 ? 2.0 : std::pow(4.0, step / 127.0);
-        processor.setContrastD(contrast - tolerance);
-        EXPECT_NEAR(processor.getContrastD(), contrast, tolerance);
-        processor.setGammaD(std::pow(3.0, step / 127.0) - tolerance);
-        EXPECT_NEAR(processor.getGammaD(), std::pow(3.0, step / 127.0), tolerance);
-        take();
-        processor.setBrightnessD(processor.getBrightnessD());
-        processor.setContrastD(processor.getContrastD());
-        processor.setGammaD(processor.getGammaD());
-        EXPECT_THAT(take(), IsEmpty());
-    }
-}
-
-TEST_F(ToneMapping, ValuesBetweenStepsGoUpAndOutsideGoToTheEnds)
-{
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    for (const auto& [value, expected] :
-         {std::pair(0.001, 0.00393700787401575), {-3.0, -0.5}, {9.0, 0.5}, {nan, -0.5}}) {
-        processor.setBrightnessD(value);
-        EXPECT_EQ(processor.getBrightnessD(), expected) << value;
-    }
-    processor.setContrastD(0.5);
-    EXPECT_EQ(processor.getContrastD(), 0.5);
-    processor.setContrastD(2.0);
-    EXPECT_EQ(processor.getContrastD(), 2.0);
 }
 
 TEST_F(ToneMapping, ChangedStepRebuildsTheThreeTablesOnce)
@@ -177,71 +133,70 @@ TEST_F(ToneMapping, BestTablesComeFromTheHistogramOfTheSamples)
     EXPECT_EQ(functionsCalled(), std::vector<std::string>{"create_BCG_LUT10_8"});
 }
 
-TEST_F(ToneMapping, TablesMapEverySampleOfAnyCount)
+TEST_F(ToneMapping, EachStepValueFindsItsOwnStepOthersTheNext)
 {
-    processor.setContrastD(3.0);
-    std::mt19937 random(5);
-    unsigned char table[256];
-    for (unsigned char& entry : table)
-        entry = static_cast<unsigned char>(random());
-    onEveryTarget([&] {
-        for (const int count : awkwardCounts) {
-            const std::size_t size = static_cast<std::size_t>(std::max(count, 0));
-            std::vector<unsigned short> words = randomWords(size, 4095);
-            std::vector<unsigned char> mapped(size + 1, 0xA5);
-            processor.apply_LUT12_8(words.data(), count, mapped.data());
-            for (std::size_t i = 0; i < size; ++i)
-                ASSERT_EQ(mapped[i], processor.getLUT12()[words[i]]) << i << " of " << count;
-            ASSERT_EQ(mapped[size], 0xA5);
-
-            words = randomWords(size, 1023);
-            processor.apply_LUT10_8(words.data(), count, mapped.data());
-            const int steps =
-                static_cast<int>(std::lround(std::log(3.0) / std::log(4.0) * 127 + 0.5));
-            for (std::size_t i = 0; i < size; ++i)
-                ASSERT_EQ(mapped[i], tableEntry(words[i], 0, steps, 1)) << i << " of " << count;
-            ASSERT_EQ(mapped[size], 0xA5);
-
-            for (std::size_t i = 0; i < size; ++i)
-                mapped[i] = static_cast<unsigned char>(random());
-            const std::vector<unsigned char> before = mapped;
-            ImgProcessor::apply_LUT8(mapped.data(), count, table, mapped.data());
-            for (std::size_t i = 0; i < size; ++i)
-                ASSERT_EQ(mapped[i], table[before[i]]) << i << " of " << count;
-            ASSERT_EQ(mapped[size], 0xA5);
-        }
-    });
+    for (int step = -127; step <= 127; ++step) {
+        const double tolerance = 1e-14;
+        processor.setBrightnessD(step / 254.0 - tolerance);
+        EXPECT_NEAR(processor.getBrightnessD(), step / 254.0, tolerance);
+        const double contrast = step == -64 ? 0.5 : step == 64 ? 2.0 : std::pow(4.0, step / 127.0);
+        processor.setContrastD(contrast - tolerance);
+        EXPECT_NEAR(processor.getContrastD(), contrast, tolerance);
+        processor.setGammaD(std::pow(3.0, step / 127.0) - tolerance);
+        EXPECT_NEAR(processor.getGammaD(), std::pow(3.0, step / 127.0), tolerance);
+        take();
+        processor.setBrightnessD(processor.getBrightnessD());
+        processor.setContrastD(processor.getContrastD());
+        processor.setGammaD(processor.getGammaD());
+        EXPECT_THAT(take(), IsEmpty());
+    }
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    for (const auto& [value, expected] :
+         {std::pair(0.001, 0.00393700787401575), {-3.0, -0.5}, {9.0, 0.5}, {nan, -0.5}}) {
+        processor.setBrightnessD(value);
+        EXPECT_EQ(processor.getBrightnessD(), expected) << value;
+    }
 }
 
-TEST_F(ToneMapping, SamplesAboveATableStayInsideIt)
+/// Tables of 4096 entries: falling, rising by up to `rises` within sixteen entries, and random.
+void fillTable(unsigned char* table, int rises)
 {
-    onEveryTarget([&] {
-        std::vector<unsigned short> words(1000, 0xFFFF);
-        std::vector<unsigned char> mapped(1000);
-        processor.apply_LUT10_8(words.data(), 1000, mapped.data());
-        EXPECT_THAT(mapped, testing::Each(255));
-        processor.apply_LUT12_8(words.data(), 1000, mapped.data());
-        EXPECT_THAT(mapped, testing::Each(255));
-    });
+    std::minstd_rand random(static_cast<unsigned>(rises) + 1);
+    for (int level = 0, entry = 0; level < 4096; ++level) {
+        entry = level % 16 == 0 ? static_cast<int>(random() % 250) : entry;
+        entry += level % 16 && rises > 0 && random() % 4 == 0 && entry % 8 < rises ? 1 : 0;
+        table[level] = static_cast<unsigned char>(rises < 0 ? random() : entry);
+    }
 }
 
-TEST_F(ToneMapping, DepthReductionKeepsTheLowByteOfTheShiftedSample)
+TEST_F(ToneMapping, KernelsDoEverySampleOfAnyCountAndNoMore)
 {
+    unsigned char* const lut10 = processor.getLUT8() + 256; // stands behind the other
     onEveryTarget([&] {
-        for (const int count : awkwardCounts) {
-            const std::size_t size = static_cast<std::size_t>(std::max(count, 0));
-            std::vector<unsigned short> words = randomWords(size, 0xFFFF);
-            const std::vector<unsigned short> before = words;
-            std::vector<unsigned char> bytes(size + 1, 0xA5);
-            ImgProcessor::convert10_8(words.data(), count, bytes.data());
-            for (std::size_t i = 0; i < size; ++i)
-                ASSERT_EQ(bytes[i], before[i] >> 2 & 0xFF) << i << " of " << count;
-            ASSERT_EQ(bytes[size], 0xA5);
-            unsigned char* const inPlace = reinterpret_cast<unsigned char*>(words.data());
-            ImgProcessor::convert12_8(words.data(), count, inPlace);
-            for (std::size_t i = 0; i < size; ++i)
-                ASSERT_EQ(inPlace[i], before[i] >> 4 & 0xFF) << i << " of " << count;
-        }
+        for (const int count : {-3, 0, 1, 8, 63, 64, 65, 447, 449, 640, 641, 1500, 40000})
+            for (const int rises : {-1, 0, 1, 3, 8}) {
+                fillTable(processor.getLUT12(), rises);
+                std::generate_n(lut10, 1024, std::minstd_rand(5));
+                const std::size_t size = static_cast<std::size_t>(std::max(count, 0));
+                const std::vector<unsigned short> words = randomWords(size);
+                std::vector<unsigned char> bytes(size + 1, 0xA5);
+                const auto expect = [&](const char* what, auto expected) {
+                    for (std::size_t i = 0; i < size; ++i)
+                        ASSERT_EQ(bytes[i], expected(words[i])) << what << i << " of " << count;
+                    ASSERT_EQ(bytes[size], 0xA5);
+                };
+                std::vector<unsigned short> src = words;
+                processor.apply_LUT12_8(src.data(), count, bytes.data());
+                expect("12 bits ", [&](int s) { return processor.getLUT12()[s & 4095]; });
+                processor.apply_LUT10_8(src.data(), count, bytes.data());
+                expect("10 bits ", [&](int s) { return lut10[s & 1023]; });
+                ImgProcessor::convert10_8(src.data(), count, bytes.data());
+                expect("shift ", [](int s) { return s >> 2 & 255; });
+                ImgProcessor::convert12_8(src.data(), count, bytes.data());
+                expect("shift ", [](int s) { return s >> 4 & 255; });
+                ImgProcessor::apply_LUT8(bytes.data(), count, lut10, bytes.data());
+                expect("8 bits ", [&](int s) { return lut10[s >> 4 & 255]; });
+            }
     });
 }
 
@@ -283,30 +238,18 @@ TEST(ImgProcessorCopy, HasTheSettingsAndTablesButNoContext)
         const ImgProcessor copy(original);
         ImgProcessor assigned;
         assigned = copy;
-        EXPECT_EQ(assigned.getGammaD(), original.getGammaD());
-        EXPECT_EQ(assigned.getHue(), 30.0);
-        EXPECT_EQ(assigned.getipFlags(), original.getipFlags());
-        EXPECT_LT(assigned.getipFlags(), 0);
+        const auto settings = [](ImgProcessor& p) {
+            return std::make_tuple(p.getGammaD(), p.getHue(), p.getipFlags(), p.getFlipV(),
+                                   p.getFlipH(), p.getLUTnumber(),
+                                   p.getColorReconstructionMethod());
+        };
+        EXPECT_EQ(settings(assigned), settings(original));
         EXPECT_TRUE(assigned.isCapabilityFlagSet(CC_COLOR_SENSOR));
-        EXPECT_EQ(assigned.getColorReconstructionMethod(), 5);
-        EXPECT_TRUE(assigned.getFlipV());
-        EXPECT_FALSE(assigned.getFlipH());
-        EXPECT_EQ(assigned.getLUTnumber(), 1);
+        EXPECT_FALSE(assigned.isipFlagSet(CS_MEDIAN_FILTER | CS_BYPASS));
         EXPECT_EQ(std::memcmp(assigned.getLUT12(), original.getLUT12(), 4096), 0);
         take();
     }
     EXPECT_EQ(take(), Calls(3, Call{"color_correction_done", {nullptr}, {}}));
-}
-
-TEST(ProcessingFlags, AreSetOnlyWhenAllTheirBitsAre)
-{
-    ImgProcessor processor;
-    processor.setipFlags(0x10000 | 0x400000);
-    EXPECT_TRUE(processor.isipFlagSet(CS_APPLY_LUT));
-    EXPECT_TRUE(processor.isipFlagSet(CS_APPLY_LUT | CS_MEDIAN_FILTER));
-    EXPECT_FALSE(processor.isipFlagSet(CS_APPLY_LUT | CS_BYPASS));
-    processor.setCapabilityFlags(0x1000);
-    EXPECT_FALSE(processor.isCapabilityFlagSet(static_cast<CamCapabilityFlag>(0x3000)));
 }
 
 } // namespace
