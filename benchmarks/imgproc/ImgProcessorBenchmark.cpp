@@ -40,9 +40,10 @@ void applyLut8(benchmark::State& state, PictureSize size)
     });
 }
 
-void applyLut12(benchmark::State& state, PictureSize size)
+void applyLut12(benchmark::State& state, PictureSize size, double contrast)
 {
     ImgProcessor processor;
+    processor.setContrastD(contrast);
     mapSamples<std::uint16_t>(state, size, [&](std::uint16_t* from, int count, std::uint8_t* to) {
         processor.apply_LUT12_8(from, count, to);
     });
@@ -195,8 +196,14 @@ void registerOurs()
 {
     bench::registerWork("apply_LUT8", "ours", applyLut8);
     bench::registerWork("apply_LUT8", "loop", plainLookUp<std::uint8_t>);
-    bench::registerWork("apply_LUT12_8", "ours", applyLut12);
-    bench::registerWork("apply_LUT12_8", "loop", plainLookUp<std::uint16_t>);
+    // A table that jumps by more than three levels within sixteen entries is the harder one.
+    for (const auto& [work, contrast] : {std::pair("apply_LUT12_8", 1.5), {"steep_LUT12_8", 4.0}}) {
+        const double value = contrast;
+        bench::registerWork(work, "ours", [value](benchmark::State& s, PictureSize size) {
+            applyLut12(s, size, value);
+        });
+        bench::registerWork(work, "loop", plainLookUp<std::uint16_t>);
+    }
     bench::registerWork("convert12_8", "ours", convert12);
     bench::registerWork("bayerToMono", "ours", mosaicToGrey);
     bench::registerWork("process_grey12", "ours", [](benchmark::State& s, PictureSize size) {
