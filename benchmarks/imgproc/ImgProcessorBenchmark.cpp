@@ -88,6 +88,8 @@ void process(benchmark::State& state, PictureSize size, int method, int flags)
     processor.setColorReconstructionMethod(method);
     processor.setipFlags(flags);
     processor.setColorCorrectionParams(1.2, 1.0, 1.4, 10.0, 1.1, 1.0);
+    frame.invalidateFrame();
+    processor.ProcessFrame(&frame, 8); // obtains the memory of the chain, once in a stream
     for (auto _ : state) {
         frame.invalidateFrame();
         processor.ProcessFrame(&frame, 8);
