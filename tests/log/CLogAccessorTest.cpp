@@ -39,9 +39,8 @@ protected:
     }
 };
 
-// The destructor of an accessor is not virtual, so only a final class may be owned by a pointer.
-class OwnedAccessor final : public CLogAccessor
-{
+struct OwnedAccessor {
+    CLogAccessor accessor;
 };
 
 // An accessor and a log that only this accessor knows.
@@ -51,7 +50,8 @@ protected:
     AccessorTest() { accessor->addLog(&log); }
 
     RecordingLog log;
-    std::unique_ptr<OwnedAccessor> accessor = std::make_unique<OwnedAccessor>();
+    std::unique_ptr<OwnedAccessor> owned = std::make_unique<OwnedAccessor>();
+    CLogAccessor* const accessor = &owned->accessor;
 };
 
 } // namespace
@@ -96,7 +96,7 @@ TEST_F(AccessorTest, TakesTheTypeThatIsSetWhenTheTextLeaves)
 TEST_F(AccessorTest, DeliversUnflushedTextWhenItDies)
 {
     (*accessor)(InfoLogType) << L"last words";
-    accessor.reset();
+    owned.reset();
     EXPECT_THAT(log.chunks, ElementsAre(Chunk{L"last words", InfoLogType}));
 }
 
@@ -115,7 +115,7 @@ TEST_F(AccessorTest, AFailingLogHarmsNeitherTheWriterNorTheOtherLogs)
 TEST_F(AccessorTest, DropsWhatALogWritesBackIntoTheSameAccessor)
 {
     TalkativeLog talkative;
-    talkative.accessor = accessor.get();
+    talkative.accessor = accessor;
     accessor->addLog(&talkative);
     (*accessor)(AllLogType) << L"hello" << std::endl << L"again" << std::endl;
     EXPECT_EQ(log.written, L"hello\nagain\n");

@@ -13,11 +13,13 @@
 namespace
 {
 
-// Its base has no virtual destructor, so only a final class is owned by a pointer.
-class OwnedAccessor final : public CLogAccessor
-{
-public:
-    using CLogAccessor::CLogAccessor;
+// The accessor that a recording takes to its own thread.
+struct FrameLogs {
+    explicit FrameLogs(const std::wstring& name)
+        : accessor(name)
+    {
+    }
+    CLogAccessor accessor;
 };
 
 constexpr std::size_t firstTriggerFrames = 64;
@@ -75,7 +77,7 @@ QString Recorder::start(const RecordingRequest& wanted, const QString& camera)
                                                : wanted.name;
     if (isTaken(name))
         throw RecordingError(QString("%1: there is a recording already").arg(dir.filePath(name)));
-    auto logs = std::make_shared<OwnedAccessor>(frameLogOf(wanted.folder));
+    auto logs = std::make_shared<FrameLogs>(frameLogOf(wanted.folder));
 
     const std::lock_guard lock(mutex);
     request = wanted;
@@ -90,7 +92,7 @@ QString Recorder::start(const RecordingRequest& wanted, const QString& camera)
     startTime = hostNow();
     queue.setCapacity(queue.size() + std::max<std::size_t>(wanted.queueFrames, 1));
     phase = Phase::Recording;
-    writer = std::thread([this, logs] { writeFrames(*logs); });
+    writer = std::thread([this, logs] { writeFrames(logs->accessor); });
     return state.baseName;
 }
 
