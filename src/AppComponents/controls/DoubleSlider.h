@@ -64,9 +64,9 @@ public:
 
 public slots:
     void sliderChange(SliderChange change) override;
-    void actionWasTriggered(int action);
+    void actionWasTriggered(int);
     /// Hides the signal of the same name: connections to the signal name QAbstractSlider.
-    void sliderMoved(int position);
+    void sliderMoved(int);
     void sliderRangeChanged(int minValue, int maxValue);
     void sliderWasPressed();
     void sliderWasReleased();

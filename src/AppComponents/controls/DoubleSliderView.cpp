@@ -57,6 +57,8 @@ void DoubleSliderView::setMapper(QSharedPointer<IModelViewSubrangeMapper> newMap
         return;
     const QSignalBlocker silent(this);
     resetSlider();
+    // Setters never announce. Emitted all the same, the mapper sees the calls of any other change.
+    emit modelValueChanged(getModelValue());
 }
 
 void DoubleSliderView::setModelValuePresenter(QWidget* widget)
@@ -75,9 +77,13 @@ void DoubleSliderView::setModelRange(double min, double max)
 {
     if (!mapper)
         return;
-    const QSignalBlocker silent(this);
-    mapper->setModelRange(min, max);
-    resetSlider();
+    {
+        const QSignalBlocker silent(this);
+        mapper->setModelRange(min, max);
+        resetSlider();
+        emit modelValueChanged(getModelValue());
+    }
+    resetValuer();
 }
 
 void DoubleSliderView::setModelRange(double min, double max, double def)
@@ -86,9 +92,16 @@ void DoubleSliderView::setModelRange(double min, double max, double def)
         return;
     if (min == getMinModelValue() && max == getMaxModelValue() && def == getDefaultModelValue())
         return;
-    const QSignalBlocker silent(this);
-    mapper->setModelRange(min, max, def);
-    resetSlider();
+    const double previous = getModelValue();
+    {
+        const QSignalBlocker silent(this);
+        mapper->setModelRange(min, max, def);
+        resetSlider();
+        const double current = getModelValue();
+        if (current != previous)
+            emit modelValueChanged(current);
+    }
+    resetValuer();
 }
 
 void DoubleSliderView::setModelValue(double value)
@@ -167,10 +180,12 @@ void DoubleSliderView::changeToolip()
     const auto text = [this](double modelValue) {
         return QString::number(modelValue, 'f', mapper->signifDigits(modelValue));
     };
-    QString toolTip;
-    if (!tooltipTemplate.isEmpty())
-        toolTip = tooltipTemplate.arg(text(getMinModelValue()), text(getMaxModelValue()),
-                                      text(getDefaultModelValue()));
+    // The mapper is asked in this order, which a list of arguments would leave open.
+    const QString def = text(getDefaultModelValue());
+    const QString max = text(getMaxModelValue());
+    const QString min = text(getMinModelValue());
+    const QString toolTip =
+        tooltipTemplate.isEmpty() ? QString() : tooltipTemplate.arg(min, max, def);
     setToolTip(toolTip);
     if (ISetValuer* const shown = liveValuer()) {
         const ValuerBlocker silent(*shown);
@@ -188,10 +203,12 @@ void DoubleSliderView::resetSlider()
     const double modelValue = getModelValue();
     {
         const QSignalBlocker silent(this);
-        setRange(mapper->getUIMin(), mapper->getUIMax());
+        const int uiMin = mapper->getUIMin();
+        setRange(uiMin, mapper->getUIMax());
         if (ISetValuer* const shown = liveValuer()) {
             const ValuerBlocker valuerSilent(*shown);
-            shown->setRange(mapper->getModelMin(), mapper->getModelMax());
+            const double modelMin = mapper->getModelMin();
+            shown->setRange(modelMin, mapper->getModelMax());
         }
     }
     changeToolip();
@@ -208,7 +225,8 @@ void DoubleSliderView::resetValuer()
         return;
     const ValuerBlocker silent(*shown);
     shown->setDecimals(mapper->signifDigits(getModelValue()));
-    shown->setRange(mapper->getModelMin(), maxEditableValue());
+    const double modelMin = mapper->getModelMin();
+    shown->setRange(modelMin, maxEditableValue());
 }
 
 void DoubleSliderView::sliderChange(SliderChange change)
@@ -260,7 +278,8 @@ void DoubleSliderView::raiseModelValueChanged()
         return;
     setValue(sliderPosition());
     lastCommittedPosition = value();
-    emit modelValueChanged(getModelValue());
+    if (!signalsBlocked())
+        emit modelValueChanged(getModelValue());
 }
 
 void DoubleSliderView::setPresentersValue(int position)
@@ -294,14 +313,16 @@ void DoubleSliderView::paintEvent(QPaintEvent* event)
     const double lo = mapper->getModelMin();
     const double hi = maxEditableValue();
     const double def = mapper->getModelDefault();
-    const int uiMin = mapper->getUIMin();
-    const double uiSpan = static_cast<double>(mapper->getUIMax()) - uiMin;
     const bool isInRange = lo <= def && def <= hi;
-    if (lo == hi || !isInRange || uiSpan == 0)
+    if (lo == hi || !isInRange)
+        return;
+    const double position = mapper->Model2UI(def);
+    const double uiMin = mapper->getUIMin();
+    const double uiMax = mapper->getUIMax();
+    if (uiMin == uiMax)
         return;
     QPainter painter(this);
-    drawDefaultMarker(painter, rect(),
-                      (static_cast<double>(mapper->Model2UI(def)) - uiMin) / uiSpan);
+    drawDefaultMarker(painter, rect(), (position - uiMin) / (uiMax - uiMin));
 }
 
 void DoubleSliderView::timerEvent(QTimerEvent* event)
