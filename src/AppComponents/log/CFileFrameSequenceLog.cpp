@@ -36,12 +36,16 @@ CFileFrameSequenceWriter::CFileFrameSequenceWriter(std::wstring name)
 
 CFileFrameSequenceWriter::~CFileFrameSequenceWriter()
 {
-    close();
+    if (file)
+        std::fclose(file);
 }
 
 void CFileFrameSequenceWriter::open(int width, int height)
 {
-    close();
+    if (file)
+        std::fflush(
+            file); // it stays open, and must not write into the new file when the program ends
+    file = nullptr;
     const QByteArray dataName = QString::fromStdWString(baseName).toUtf8() + ".dat";
     writeDimensions(dataName + ".dim", width, height);
     frameSize = static_cast<std::size_t>(std::max(width, 0)) *
@@ -54,13 +58,6 @@ void CFileFrameSequenceWriter::write(const unsigned char* frame)
     if (!file)
         throw std::runtime_error("not opend");
     std::fwrite(frame, 1, frameSize, file);
-}
-
-void CFileFrameSequenceWriter::close()
-{
-    if (file)
-        std::fclose(file);
-    file = nullptr;
 }
 
 CFileFrameSequenceLog::CFileFrameSequenceLog(std::wstring folderPath)

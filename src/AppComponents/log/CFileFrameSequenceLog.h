@@ -21,9 +21,10 @@ public:
     /// Closes the data file.
     ~CFileFrameSequenceWriter() override;
 
-    /// Starts new files, truncating older ones of the same name; closes the data file in use.
+    /// Starts new files, truncating older ones of the same name. The data file in use is completed,
+    /// but its handle stays open until the program ends.
     /// A data file that cannot be created shows at the next write().
-    /// \throws FileOpenError if the dimension file cannot be created; the writer is closed then.
+    /// \throws FileOpenError if the dimension file cannot be created; write() throws then.
     void open(int width, int height) override;
 
     /// Appends width x height bytes; does not flush.
@@ -31,8 +32,6 @@ public:
     void write(const unsigned char* frame) override;
 
 private:
-    void close();
-
     std::FILE* file = nullptr;
     std::size_t frameSize = 0; // bytes
     std::wstring baseName;
