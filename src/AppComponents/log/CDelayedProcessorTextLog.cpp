@@ -27,8 +27,8 @@ CDelayedProcessorTextLog& CDelayedProcessorTextLog::getInstance()
 
 void CDelayedProcessorTextLog::getStringAndClear(std::wstring& out)
 {
-    out.clear();
     const std::lock_guard lock(*mutex);
+    out.clear();
     out.swap(buffer); // the reader's memory serves as the next buffer
 }
 
