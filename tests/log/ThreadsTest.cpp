@@ -1,9 +1,14 @@
+#include "FileContents.h"
+
 #include <AppComponents/log/CDelayedProcessorTextLog.h>
 #include <AppComponents/log/CDelayedValueSequenceLog.h>
+#include <AppComponents/log/CFileTextLog.h>
 #include <AppComponents/log/CLogAccessor.h>
 #include <AppComponents/log/SubLogAccessor.h>
 
 #include <gtest/gtest.h>
+
+#include <QTemporaryDir>
 
 #include <atomic>
 #include <functional>
@@ -111,4 +116,23 @@ TEST(Threads, StreamsComeAndGoWhileOthersWriteAndOneReads)
     // The shared stream ends once, or more often if its holders did not overlap.
     EXPECT_GE(processor.calls, values2 + ownStreams + 1);
     EXPECT_LE(processor.calls, values2 + ownStreams + writerCount);
+}
+
+TEST(Threads, ChunksOfAccessorsThatShareAFileStayWhole)
+{
+    const QTemporaryDir folder;
+    const QString fileName = folder.filePath("shared.txt");
+    CFileTextLog log(fileName.toStdString());
+    runWriters(
+        [&log](int writer) {
+            CLogAccessor accessor;
+            accessor.addLog(&log);
+            for (int line = 0; line < 1000; ++line)
+                accessor(InfoLogType) << std::wstring(200, wchar_t(L'a' + writer)) << std::endl;
+        },
+        [] { std::this_thread::yield(); });
+    const auto lines = contents(fileName).split('\n');
+    ASSERT_EQ(lines.size(), writerCount * 1000 + 1);
+    for (int i = 0; i < lines.size() - 1; ++i)
+        ASSERT_EQ(lines[i], QByteArray(200, lines[i].isEmpty() ? ' ' : lines[i][0]));
 }

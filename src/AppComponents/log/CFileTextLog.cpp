@@ -20,6 +20,5 @@ std::string CFileTextLog::getFileName() const
 
 void CFileTextLog::writeInternal(const wchar_t* text, int length)
 {
-    file->append(text, static_cast<std::size_t>(length));
-    file->flush();
+    file->write({{text, static_cast<std::size_t>(length)}});
 }

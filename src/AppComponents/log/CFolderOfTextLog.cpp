@@ -16,17 +16,32 @@ namespace
 
 namespace fs = std::filesystem;
 
-std::tm localTime()
+std::tm localTime(std::time_t time)
 {
-    const std::time_t now = std::time(nullptr);
     std::tm parts = {};
-    localtime_r(&now, &parts);
+    localtime_r(&time, &parts);
     return parts;
+}
+
+// Formatted once a second: formatting takes longer than writing a short line. Each thread has its
+// own, because logs take no lock.
+std::wstring_view currentStamp()
+{
+    thread_local std::time_t second = -1;
+    thread_local std::size_t length = 0;
+    thread_local wchar_t stamp[80];
+    const std::time_t now = std::time(nullptr);
+    if (now != second) {
+        const std::tm parts = localTime(now);
+        length = std::wcsftime(stamp, std::size(stamp), L"%Y-%m-%d %X ", &parts);
+        second = now;
+    }
+    return {stamp, length};
 }
 
 std::string newFileName()
 {
-    const std::tm now = localTime();
+    const std::tm now = localTime(std::time(nullptr));
     char name[80];
     return {name, std::strftime(name, std::size(name), "%Y-%m-%d_%H-%M-%S.txt", &now)};
 }
@@ -93,12 +108,6 @@ std::string CFolderOfTextLog::getFilePath() const
 
 void CFolderOfTextLog::writeInternal(const wchar_t* text, int length)
 {
-    const std::tm now = localTime();
-    wchar_t stamp[80];
-    const std::size_t stampLength = std::wcsftime(stamp, std::size(stamp), L"%Y-%m-%d %X ", &now);
-    if (!file) // moved from
-        return;
-    file->append(stamp, stampLength);
-    file->append(text, static_cast<std::size_t>(length));
-    file->flush();
+    if (file) // unless moved from
+        file->write({currentStamp(), {text, static_cast<std::size_t>(length)}});
 }
