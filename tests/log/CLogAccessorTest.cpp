@@ -20,12 +20,6 @@ protected:
     void writeInternal(const wchar_t*, int) override { throw std::runtime_error("broken sink"); }
 };
 
-class GraphicLog : public CBaseLog
-{
-public:
-    LogType getType() override { return graphicLog; }
-};
-
 class TalkativeLog : public RecordingLog
 {
 public:
@@ -73,17 +67,6 @@ TEST_F(AccessorTest, The254thCharacterFinishesAChunk)
     EXPECT_THAT(log.chunks, ElementsAre(full));
     stream << std::endl;
     EXPECT_THAT(log.chunks, ElementsAre(full, Chunk{L"\n", DebugLogType}));
-}
-
-TEST_F(AccessorTest, CutsALongLineIntoFullChunksAndARest)
-{
-    std::wstring text;
-    for (int i = 0; i < 1000; ++i)
-        text += static_cast<wchar_t>(0x100 + i);
-    (*accessor)(AllLogType) << text << std::flush;
-    ASSERT_EQ(log.chunks.size(), 4u);
-    EXPECT_EQ(log.chunks[2].text, text.substr(508, 254));
-    EXPECT_EQ(log.chunks[3].text, text.substr(762));
 }
 
 TEST_F(AccessorTest, TakesTheTypeThatIsSetWhenTheTextLeaves)
@@ -151,17 +134,6 @@ TEST(CLogAccessor, SeesOnlyTheLogsRegisteredBeforeItWasBuilt)
     EXPECT_EQ(early.written, L"a\nc\n");
     EXPECT_EQ(late.written, L"c\n");
     CLogManager::getLogList(textLog, L"Camera").clear();
-}
-
-TEST(CLogAccessor, TellsWhichKindsAreListenedTo)
-{
-    GraphicLog graphic;
-    CLogAccessor accessor;
-    EXPECT_FALSE(accessor.isWriting(graphicLog));
-    accessor.addLog(&graphic);
-    EXPECT_TRUE(accessor.isWriting(graphicLog));
-    EXPECT_FALSE(accessor.isWriting(seqienceLog));
-    EXPECT_TRUE((accessor(AllLogType) << std::wstring(1000, L'x') << std::endl).good());
 }
 
 TEST(CTextLog, FiltersByItsFlags)
