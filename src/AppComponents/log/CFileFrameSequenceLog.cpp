@@ -42,9 +42,9 @@ CFileFrameSequenceWriter::~CFileFrameSequenceWriter()
 
 void CFileFrameSequenceWriter::open(int width, int height)
 {
+    // The file in use stays open, and must not write into the new one when the program ends.
     if (file)
-        std::fflush(
-            file); // it stays open, and must not write into the new file when the program ends
+        std::fflush(file);
     file = nullptr;
     const QByteArray dataName = QString::fromStdWString(baseName).toUtf8() + ".dat";
     writeDimensions(dataName + ".dim", width, height);
