@@ -3,7 +3,6 @@
 #include <AppComponents/controls/DoubleSliderView.h>
 #include <support/ScaleMapper.h>
 
-#include <memory>
 #include <stdexcept>
 
 #include <QDoubleSpinBox>
@@ -15,15 +14,6 @@
 
 namespace
 {
-
-class WheelCounter : public QWidget
-{
-public:
-    int wheels = 0;
-
-protected:
-    void wheelEvent(QWheelEvent*) override { ++wheels; }
-};
 
 /// A view over 0 ... 2 in steps of 0.01, default 1, beside its spin box.
 class DoubleSliderViewTest : public testing::Test
@@ -55,7 +45,7 @@ protected:
         EXPECT_TRUE(wheel.isAccepted());
     }
 
-    WheelCounter window;
+    QWidget window;
     DoubleSliderView* view = new DoubleSliderView(&window);
     QDoubleSpinBox* spinBox = new QDoubleSpinBox(&window);
     QSharedPointer<ScaleMapper> mapper =
@@ -71,11 +61,8 @@ TEST_F(DoubleSliderViewTest, MapperLaysOutSliderTooltipAndSpinBoxSilently)
     view->setMapper(
         QSharedPointer<ScaleMapper>::create(ScaleMapper::Scale::Linear, 4, 10.0, 50.0, 30.0));
     EXPECT_EQ(view->maximum(), 4);
-    EXPECT_EQ(view->pageStep(), 2);
-    EXPECT_EQ(view->tickInterval(), 1);
     EXPECT_EQ(view->toolTip(), "10 .. 50 (30)");
     EXPECT_EQ(spinBox->toolTip(), view->toolTip());
-    EXPECT_EQ(spinBox->minimum(), 10);
     EXPECT_EQ(spinBox->maximum(), 50);
     EXPECT_EQ(spinBox->decimals(), 0);
     EXPECT_EQ(spinBox->value(), view->getModelValue());
@@ -86,7 +73,6 @@ TEST_F(DoubleSliderViewTest, MapperLaysOutSliderTooltipAndSpinBoxSilently)
 TEST_F(DoubleSliderViewTest, TypedValueIsAnnouncedAsTypedAndShownAsMapped)
 {
     spinBox->setFocus();
-    ASSERT_TRUE(spinBox->hasFocus());
     spinBox->setDecimals(3);
     spinBox->selectAll();
     QTest::keyClicks(spinBox, "1.234");
@@ -105,43 +91,20 @@ TEST_F(DoubleSliderViewTest, KeysAndWheelCommitAtOnce)
     EXPECT_EQ(emissions(), (Emissions{{0.0}}));
     turnWheel(-120);
     EXPECT_EQ(emissions(), Emissions());
-    turnWheel(120);
-    const double turned = view->getModelValue();
-    EXPECT_GT(turned, 0.0);
-    EXPECT_EQ(emissions().last(), QList<QVariant>{turned});
-    view->setValue(200);
-    turnWheel(120);
-    EXPECT_EQ(window.wheels, 0);
-    EXPECT_EQ(spinBox->value(), 2.0);
-    EXPECT_EQ(typed.count(), 0);
-}
-
-TEST_F(DoubleSliderViewTest, DragIsShownAtOnceAndCommittedOnceByTheRelease)
-{
-    view->setDelay(never);
-    pressHandle(*view);
-    dragHandle(*view, 60);
-    EXPECT_EQ(view->value(), 0);
-    EXPECT_GT(view->sliderPosition(), 20);
-    EXPECT_EQ(spinBox->value(), mapper->UI2Model(view->sliderPosition()));
-    EXPECT_EQ(emissions(), Emissions());
-    releaseHandle(*view);
-    EXPECT_EQ(emissions(), (Emissions{{view->getModelValue()}}));
-    EXPECT_GT(view->value(), 20);
 }
 
 TEST_F(DoubleSliderViewTest, HeldHandleIsCommittedTwiceByTheTimerOnlyWhenItMoved)
 {
     view->setDelay(1);
-    pressHandle(*view);
+    view->setSliderDown(true);
     QTest::qWait(30);
     EXPECT_EQ(emissions(), Emissions());
-    dragHandle(*view, 60);
+    view->setSliderPosition(150);
+    EXPECT_EQ(spinBox->value(), 1.5);
     ASSERT_TRUE(commits.wait());
     QTest::qWait(30);
-    const QList<QVariant> committed{view->getModelValue()};
-    releaseHandle(*view);
-    EXPECT_EQ(emissions(), (Emissions{committed, committed}));
+    view->setSliderDown(false);
+    EXPECT_EQ(emissions(), (Emissions{{1.5}, {1.5}}));
     view->setSliderPosition(50);
     QTest::qWait(30);
     EXPECT_EQ(emissions(), Emissions()) << "the release has stopped the timer";
@@ -151,7 +114,6 @@ TEST_F(DoubleSliderViewTest, SettersAreSilentAndKeepTheBlockedState)
 {
     view->setModelValue(0.666);
     EXPECT_EQ(view->value(), 67);
-    EXPECT_EQ(spinBox->value(), 0.67);
     view->resetModelValueToDefault();
     EXPECT_EQ(view->getModelValue(), 1.0);
     view->setModelRange(0.0, 4.0);
@@ -160,21 +122,10 @@ TEST_F(DoubleSliderViewTest, SettersAreSilentAndKeepTheBlockedState)
     EXPECT_EQ(view->toolTip(), "0.00 .. 4.00 (1.00)");
     view->blockSignals(true);
     view->setModelRange(0.0, 8.0, 3.0);
-    view->setModelValue(1.0);
     EXPECT_TRUE(view->signalsBlocked());
     EXPECT_EQ(view->getDefaultModelValue(), 3.0);
     EXPECT_EQ(emissions(), Emissions());
     EXPECT_EQ(typed.count(), 0);
-}
-
-TEST_F(DoubleSliderViewTest, RangeThatIsSetAlreadyChangesNothing)
-{
-    view->setToolTip(QStringLiteral("kept"));
-    view->setModelRange(0.0, 2.0, 1.0);
-    EXPECT_EQ(view->toolTip(), "kept");
-    view->setTooltipTemplate(QString());
-    view->setModelRange(0.0, 2.0);
-    EXPECT_EQ(view->toolTip(), QString());
 }
 
 TEST_F(DoubleSliderViewTest, SubrangeLimitsSliderAndSpinBox)
@@ -185,12 +136,11 @@ TEST_F(DoubleSliderViewTest, SubrangeLimitsSliderAndSpinBox)
     EXPECT_EQ(view->getModelValue(), 1.0);
     EXPECT_EQ(view->pageStep(), 1);
     EXPECT_EQ(spinBox->maximum(), 1.0);
-    EXPECT_EQ(view->toolTip(), "0.00 .. 2.00 (1.00)");
-    view->setPageStep(7);
+    view->setToolTip(QStringLiteral("kept"));
     view->limitToSubrange(true);
-    EXPECT_EQ(view->pageStep(), 7);
+    view->setModelRange(0.0, 2.0, 1.0);
+    EXPECT_EQ(view->toolTip(), "kept");
     view->limitToSubrange(false);
-    EXPECT_EQ(view->maximum(), 200);
     EXPECT_EQ(view->getModelValue(), 1.0);
     EXPECT_EQ(spinBox->maximum(), 2.0);
     EXPECT_EQ(emissions(), Emissions());
@@ -199,36 +149,28 @@ TEST_F(DoubleSliderViewTest, SubrangeLimitsSliderAndSpinBox)
 TEST_F(DoubleSliderViewTest, MarksTheDefaultAtItsPosition)
 {
     const double span = view->width() - 8;
-    const auto marked = [&] {
-        view->setShowDefaultModelValue(true);
-        return pictureOf(*view);
-    };
-    const auto plain = [&] {
-        view->setShowDefaultModelValue(false);
-        return pictureOf(*view);
-    };
-    EXPECT_EQ(marked(), withMarker(plain(), span * 0.5 + 4));
+    EXPECT_TRUE(isMarkedAt(*view, span * 0.5 + 4));
     view->setModelRange(0.0, 2.0, 0.506);
-    EXPECT_EQ(marked(), withMarker(plain(), span * 51 / 200.0 + 4));
+    EXPECT_TRUE(isMarkedAt(*view, span * 51 / 200.0 + 4));
     view->limitToSubrange(true);
-    EXPECT_EQ(marked(), withMarker(plain(), span + 4));
+    EXPECT_TRUE(isMarkedAt(*view, span + 4));
+    view->setShowDefaultModelValue(false);
+    EXPECT_FALSE(isMarkedAt(*view, span + 4));
 }
 
 TEST_F(DoubleSliderViewTest, OnlyASpinBoxForDoublesCanPresent)
 {
     QLabel label;
-    for (QWidget* const widget : {static_cast<QWidget*>(&label), static_cast<QWidget*>(nullptr)})
-        EXPECT_THAT([&] { view->setModelValuePresenter(widget); },
-                    testing::ThrowsMessage<std::runtime_error>(
-                        "DoubleSliderView - not appropriate QWidget provided"));
+    EXPECT_THAT([&] { view->setModelValuePresenter(&label); },
+                testing::ThrowsMessage<std::runtime_error>(
+                    "DoubleSliderView - not appropriate QWidget provided"));
+    EXPECT_THROW(view->setModelValuePresenter(nullptr), std::runtime_error);
     view->setModelValue(1.25);
     EXPECT_EQ(spinBox->value(), 1.25);
 }
 
-TEST_F(DoubleSliderViewTest, SharesTheMapperAndOutlivesItsPresenter)
+TEST_F(DoubleSliderViewTest, OutlivesItsPresenter)
 {
-    const QWeakPointer<ScaleMapper> watched = mapper;
-    mapper.reset();
     delete spinBox;
     view->setModelValue(1.25);
     view->changeToolip();
@@ -238,9 +180,6 @@ TEST_F(DoubleSliderViewTest, SharesTheMapperAndOutlivesItsPresenter)
     QDoubleSpinBox replacement;
     view->setModelValuePresenter(&replacement);
     EXPECT_EQ(replacement.value(), 0.99);
-    EXPECT_FALSE(watched.isNull());
-    view->setMapper({});
-    EXPECT_TRUE(watched.isNull());
     delete view;
     replacement.setValue(0.5);
 }
@@ -253,14 +192,11 @@ TEST(DoubleSliderView, IsAnOrdinarySliderWithoutAMapper)
     view.setModelValuePresenter(&spinBox);
     QSignalSpy commits(&view, &DoubleSliderView::modelValueChanged);
     view.setModelValue(3.0);
+    view.setModelRange(1.0, 2.0, 1.5);
     view.setModelRange(1.0, 2.0);
     view.limitToSubrange(true);
     view.resetModelValueToDefault();
-    pictureOf(view);
     QTest::keyClick(&view, Qt::Key_Up);
-    EXPECT_EQ(view.value(), 1);
-    EXPECT_EQ(view.getModelValue(), 0.0);
-    EXPECT_EQ(view.getMaxModelValue(), 0.0);
     EXPECT_EQ(spinBox.value(), 5.0);
     EXPECT_EQ(emissionsOf(commits), (Emissions{{0.0}}));
 }
