@@ -65,9 +65,11 @@ HWY_INLINE ShortVector greenAt(const Row<2>& row, int x)
     const auto sumUpright = hn::Add(above, below);
     const auto across = hn::Add(hn::Add(sumAcross, sumAcross), curvatureAcross);
     const auto upright = hn::Add(hn::Add(sumUpright, sumUpright), curvatureUpright);
-    // Where the directions are alike the mean of both is taken: doubled, one formula serves all.
-    const auto chosenAcross = hn::IfThenElse(hn::Gt(changeAcross, changeUpright), upright, across);
-    const auto chosenUpright = hn::IfThenElse(hn::Lt(changeAcross, changeUpright), across, upright);
+    const auto isUpright = hn::Gt(changeAcross, hn::Add(changeUpright, changeUpright));
+    const auto isAcross = hn::Gt(changeUpright, hn::Add(changeAcross, changeAcross));
+    // Where neither stands out the mean of both is taken: doubled, one formula serves all.
+    const auto chosenAcross = hn::IfThenElse(isUpright, upright, across);
+    const auto chosenUpright = hn::IfThenElse(isAcross, across, upright);
     const auto green = rounded(hn::Add(chosenAcross, chosenUpright), hn::Set(d, 4), 3);
     return hn::Min(hn::Max(green, hn::Zero(d)), hn::Set(d, 255));
 }

@@ -140,7 +140,8 @@ Rgb gradientCorrected(const Mosaic& m, Index x, Index y)
 }
 
 /// Green by Hamilton and Adams, US patent 5629734, 1997: along the direction of the smaller
-/// gradient, corrected by the second derivative of the chroma.
+/// gradient, corrected by the second derivative of the chroma. The mean of both directions is
+/// taken unless one gradient is more than twice the other, as a near tie is mostly noise.
 int edgeDirectedGreen(const Mosaic& m, Index x, Index y)
 {
     const int centre = m.at(x, y);
@@ -153,9 +154,11 @@ int edgeDirectedGreen(const Mosaic& m, Index x, Index y)
         std::abs(m.at(x, y - 1) - m.at(x, y + 1)) + std::abs(curvatureUpright);
     const int across = 2 * horizontalPair(m, x, y, 1) + curvatureAcross;
     const int upright = 2 * verticalPair(m, x, y, 1) + curvatureUpright;
-    if (changeAcross == changeUpright)
-        return clamped(rounded(across + upright, 3));
-    return clamped(rounded(changeAcross < changeUpright ? across : upright, 2));
+    if (changeUpright > 2 * changeAcross)
+        return clamped(rounded(across, 2));
+    if (changeAcross > 2 * changeUpright)
+        return clamped(rounded(upright, 2));
+    return clamped(rounded(across + upright, 3));
 }
 
 /// The chroma of the site less its green.
