@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,16 @@ void opencv(const Mosaic& mosaic, unsigned char* rgb)
     cv::Mat target(mosaic.height, mosaic.width, CV_8UC3, rgb);
     cv::cvtColor(source, target, codes[mosaic.pattern]);
 }
+
+/// OpenCV 4.6 writes each row of its gradient method two rows too high.
+template <int rggb, int grbg, int gbrg, int bggr>
+void opencvLowered(const Mosaic& mosaic, unsigned char* rgb)
+{
+    opencv<rggb, grbg, gbrg, bggr>(mosaic, rgb);
+    constexpr int rows = 2;
+    const std::size_t row = 3 * static_cast<std::size_t>(mosaic.width);
+    std::memmove(rgb + rows * row, rgb, row * static_cast<std::size_t>(mosaic.height - rows));
+}
 #endif
 
 std::vector<Method> allMethods()
@@ -71,8 +82,8 @@ std::vector<Method> allMethods()
         // OpenCV names a phase after the second pixel of the second row.
         {"OpenCV bilinear", opencv<cv::COLOR_BayerBG2RGB, cv::COLOR_BayerGB2RGB,
                                    cv::COLOR_BayerGR2RGB, cv::COLOR_BayerRG2RGB>},
-        {"OpenCV gradients", opencv<cv::COLOR_BayerBG2RGB_VNG, cv::COLOR_BayerGB2RGB_VNG,
-                                    cv::COLOR_BayerGR2RGB_VNG, cv::COLOR_BayerRG2RGB_VNG>},
+        {"OpenCV gradients", opencvLowered<cv::COLOR_BayerBG2RGB_VNG, cv::COLOR_BayerGB2RGB_VNG,
+                                           cv::COLOR_BayerGR2RGB_VNG, cv::COLOR_BayerRG2RGB_VNG>},
         {"OpenCV edge-aware", opencv<cv::COLOR_BayerBG2RGB_EA, cv::COLOR_BayerGB2RGB_EA,
                                      cv::COLOR_BayerGR2RGB_EA, cv::COLOR_BayerRG2RGB_EA>},
 #endif
