@@ -1,45 +1,82 @@
 #include <AppComponents/analysis/HistogramBox.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
+#include <cstdlib>
+#include <new>
+#include <ostream>
 #include <vector>
 
 #include <QCheckBox>
 #include <QLineEdit>
+#include <QPainter>
 #include <QSignalSpy>
+#include <QtTest>
 
 #include <gtest/gtest.h>
 
 namespace
 {
 
+std::atomic<int> allocations{0};
+
+} // namespace
+
+void* operator new(std::size_t size)
+{
+    ++allocations;
+    if (void* const memory = std::malloc(size))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
+
+namespace
+{
+
 using Bins = std::vector<int>;
 
-constexpr QRgb white = qRgb(255, 255, 255);
-constexpr QRgb grey = qRgb(160, 160, 164);
-constexpr QRgb black = qRgb(0, 0, 0);
-constexpr QRgb shade = qRgb(223, 228, 234);
+const QColor shade(223, 228, 234);
 
-/// Bins 100 ... 199 hold 50, but the last of them 100.
-Bins plateau(int size)
+Bins bell(int size, int first, int last, int top)
 {
     Bins bins(size);
-    std::fill(bins.begin() + 100, bins.begin() + 199, 50);
-    bins[199] = 100;
+    for (int i = first; i <= last; ++i) {
+        const double x = (i - first) / (last - first + 1.0);
+        bins[i] = 1 + static_cast<int>(top * x * (1 - x) * 4 + i % 5);
+    }
     return bins;
+}
+
+int barHeight(int value, int max, int height, bool isLogarithmic)
+{
+    if (isLogarithmic)
+        return static_cast<int>(std::log(value * 99.0 / max + 1) / std::log(100.0) * height);
+    return static_cast<int>(value * (static_cast<double>(height) / max));
+}
+
+int largest(const Bins& bins)
+{
+    return *std::max_element(bins.begin(), bins.end());
 }
 
 class HistogramBoxTest : public testing::Test
 {
 protected:
-    template <typename T = QWidget>
-    T& child(const char* name)
-    {
-        return *box.findChild<T*>(QLatin1String(name));
-    }
-    QWidget& raw() { return child("wgtHistogram"); }
-    QWidget& processed() { return child("wgtProcessedHistogram"); }
-    void click(const char* name) { child<QCheckBox>(name).click(); }
+    QWidget& painter(const char* name) { return *box.findChild<QWidget*>(QLatin1String(name)); }
+    QWidget& raw() { return painter("wgtHistogram"); }
+    QWidget& processed() { return painter("wgtProcessedHistogram"); }
+    void click(const char* name) { box.findChild<QCheckBox*>(QLatin1String(name))->click(); }
 
     void preview(Bins h, Bins h1, Bins h2 = {}, Bins h3 = {})
     {
@@ -67,53 +104,138 @@ protected:
         return texts;
     }
 
+    QImage predictedRaw(const Bins& h, int lowZero, int hiZero, bool isLogarithmic)
+    {
+        const int n = static_cast<int>(h.size());
+        const int height = raw().height();
+        QImage image(raw().size(), QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter p(&image);
+        if (lowZero > 0)
+            p.fillRect(0, 0, lowZero - 1, height, shade);
+        p.fillRect(hiZero + 1, 0, n, height, shade);
+        QPolygon polygon(QVector<QPoint>{QPoint(0, height)});
+        for (int i = 0; i < n; ++i)
+            polygon << QPoint(i + 1, height - barHeight(h[i], largest(h), height, isLogarithmic));
+        polygon << QPoint(n + 1, height);
+        p.setBrush(Qt::gray);
+        p.drawPolygon(polygon, Qt::OddEvenFill);
+        return image;
+    }
+
+    static QPolygon processedOutline(const Bins& h, int step, int max, bool isLogarithmic)
+    {
+        QPolygon polygon(QVector<QPoint>{QPoint(0, 128)});
+        for (int b = 0; b < 256; ++b)
+            polygon << QPoint((b + 1) * step, 128 - barHeight(h[b], max, 128, isLogarithmic));
+        return polygon << QPoint(255 * step, 128);
+    }
+
     HistogramBox box{nullptr};
 };
 
-/// Expects a chart of plateau() whose chart is \p height high, in columns of \p step pixels.
-void expectPlateau(const QImage& image, int height, int step, double fraction)
+struct BoxCase {
+    const char* name;
+    int size;
+    bool isLogarithmic;
+};
+
+void PrintTo(const BoxCase& row, std::ostream* out)
 {
-    const int top = height - static_cast<int>(fraction * height);
-    const int inside = 150 * step;
-    EXPECT_EQ(image.pixel(inside, top - 2), white);
-    EXPECT_EQ(image.pixel(inside, top), black);
-    EXPECT_EQ(image.pixel(inside, top + 1), grey);
-    EXPECT_EQ(image.pixel(200 * step, 0), black) << "the largest bin is as high as the chart";
-    EXPECT_EQ(image.pixel(0, 0), shade);
-    EXPECT_EQ(image.pixel(99 * step - 2, 0), shade);
-    EXPECT_EQ(image.pixel(99 * step - 1, 0), white);
-    EXPECT_EQ(image.pixel(201 * step, 0), shade);
+    *out << row.name;
 }
 
-TEST_F(HistogramBoxTest, GreyChartsFillRawToTheHeightAndProcessedToTheTopRows)
+class HistogramPicture : public HistogramBoxTest, public testing::WithParamInterface<BoxCase>
 {
-    for (const int size : {256, 1024}) {
-        for (const bool isLogarithmic : {false, true}) {
-            SCOPED_TRACE(testing::Message() << size << (isLogarithmic ? " logarithmic" : ""));
-            const double fraction = isLogarithmic ? std::log(50.5) / std::log(100.0) : 0.5;
-            preview(plateau(size), plateau(size));
-            expectPlateau(painted(raw()), raw().height(), 1, fraction);
-            expectPlateau(painted(processed()), 128, size / 256, fraction);
-            EXPECT_EQ(painted(processed()).pixel(230, 130), white);
-            click("cbLogarithmic");
-        }
-    }
+};
+
+TEST_P(HistogramPicture, RawIsTheGreyAreaOverTheWholeHeight)
+{
+    const auto& [name, size, isLogarithmic] = GetParam();
+    if (isLogarithmic)
+        click("cbLogarithmic");
+    const Bins h = bell(size, 11, 200, 900);
+    preview(h, h);
+    EXPECT_EQ(painted(raw()), predictedRaw(h, 10, 200, isLogarithmic));
 }
 
-TEST_F(HistogramBoxTest, VisibleColourChannelsMixByAnd)
+TEST_P(HistogramPicture, GreyIsTheAreaInTheTopRowsWithABlackOutline)
 {
+    const auto& [name, size, isLogarithmic] = GetParam();
+    if (isLogarithmic)
+        click("cbLogarithmic");
+    const Bins h = bell(size, 10, 20, 900);
+    preview(h, h);
+
+    const int step = size / 256;
+    const QPolygon outline = processedOutline(h, step, largest(h), isLogarithmic);
+    QImage expected(processed().size(), QImage::Format_RGB32);
+    expected.fill(Qt::white);
+    QPainter p(&expected);
+    p.fillRect(0, 0, 9 * step - 1, 128, shade);
+    p.fillRect(21 * step - 1 + step, 0, size, 128, shade);
+    p.setCompositionMode(QPainter::RasterOp_SourceAndDestination);
+    p.setPen(Qt::NoPen);
+    p.setBrush(Qt::gray);
+    p.setClipRect(0, 0, size, 128);
+    p.drawPolygon(outline, Qt::OddEvenFill);
+    p.setPen(Qt::gray);
+    p.setBrush(Qt::NoBrush);
+    p.drawPolygon(outline, Qt::OddEvenFill);
+    p.setClipping(false);
+    p.setPen(Qt::black);
+    p.drawPolyline(outline);
+    p.end();
+    EXPECT_EQ(painted(processed()), expected);
+}
+
+TEST_P(HistogramPicture, VisibleColourChannelsMixByAnd)
+{
+    const int size = GetParam().size;
+    const bool isLogarithmic = GetParam().isLogarithmic;
+    if (isLogarithmic)
+        click("cbLogarithmic");
     click("chG");
-    preview(Bins(256, 1), Bins(256, 100), Bins(256, 100), Bins(256, 50));
-    const QImage linear = painted(processed());
-    EXPECT_EQ(linear.pixel(128, 0), qRgb(255, 0, 0));
-    EXPECT_EQ(linear.pixel(128, 30), qRgb(255, 127, 127));
-    EXPECT_EQ(linear.pixel(128, 100), qRgb(127, 127, 127));
+    const Bins red = bell(size, 0, 255, 500);
+    const Bins blue = bell(size, 0, 255, 800);
+    preview(red, red, bell(size, 0, 255, 4000), blue);
 
-    click("chR");
-    click("cbLogarithmic");
-    EXPECT_EQ(painted(processed()).pixel(128, 30), qRgb(127, 127, 255))
-        << "each logarithmic channel takes the whole height";
+    const int step = size / 256;
+    const int common = largest(bell(size, 0, 255, 4000));
+    const auto outlineOf = [&](const Bins& h) {
+        return processedOutline(h, step, isLogarithmic ? largest(h) : common, isLogarithmic);
+    };
+    const auto picture = [&](const Bins& h, const QColor& pen, const QColor& brush) {
+        QImage image(size, 128, QImage::Format_RGB888);
+        image.fill(Qt::white);
+        QPainter p(&image);
+        p.setPen(pen);
+        p.setBrush(brush);
+        p.drawPolygon(outlineOf(h), Qt::OddEvenFill);
+        return image;
+    };
+    QImage expected(processed().size(), QImage::Format_RGB32);
+    expected.fill(Qt::white);
+    QPainter p(&expected);
+    p.setCompositionMode(QPainter::RasterOp_SourceAndDestination);
+    p.drawImage(0, 0, picture(red, QColor(255, 0, 0, 128), QColor(255, 0, 0, 128)));
+    p.drawImage(0, 0, picture(blue, Qt::darkBlue, QColor(0, 0, 255, 128)));
+    p.setPen(Qt::red);
+    p.drawPolyline(outlineOf(red));
+    p.setPen(Qt::darkBlue);
+    p.drawPolyline(outlineOf(blue));
+    p.fillRect(256 * step - 1 + step, 0, size, 128, shade);
+    p.end();
+    EXPECT_EQ(painted(processed()), expected);
 }
+
+INSTANTIATE_TEST_SUITE_P(Forms, HistogramPicture,
+                         testing::Values(BoxCase{"Narrow", 256, false},
+                                         BoxCase{"NarrowLog", 256, true},
+                                         BoxCase{"Wide", 1024, false},
+                                         BoxCase{"WideLog", 1024, true},
+                                         BoxCase{"Clipped", 4096, true}),
+                         [](const auto& row) { return row.param.name; });
 
 TEST_F(HistogramBoxTest, WidthFollowsTheNumberOfBins)
 {
@@ -129,10 +251,12 @@ TEST_F(HistogramBoxTest, WidthFollowsTheNumberOfBins)
     EXPECT_EQ(previewSize(256), 386);
     EXPECT_EQ(widths.count(), 0);
     EXPECT_EQ(previewSize(1024), 1154);
+    EXPECT_EQ(previewSize(1024), 1154);
     EXPECT_EQ(previewSize(256), 386);
     EXPECT_EQ(previewSize(257), 1154);
-    EXPECT_LE(processed().geometry().right(), box.rect().right());
-    EXPECT_EQ(QList<QVariantList>(widths), (QList<QVariantList>{{1024}, {256}, {1024}}));
+    EXPECT_EQ(previewSize(4096), 1154);
+    const QList<QList<QVariant>> expected{{1024}, {256}, {1024}, {1024}};
+    EXPECT_EQ(static_cast<const QList<QList<QVariant>>&>(widths), expected);
 }
 
 TEST_F(HistogramBoxTest, ReadOutsTellTheStatisticsOfWhatWasPainted)
@@ -141,6 +265,8 @@ TEST_F(HistogramBoxTest, ReadOutsTellTheStatisticsOfWhatWasPainted)
     h[127] = h[128] = 3;
     preview(h, h);
     EXPECT_EQ(readOuts(""), QStringList({"126", "128", "3", "127.5"}));
+    EXPECT_EQ(readOuts("P"), QStringList({"126", "128", "3", "127.5"}));
+
     preview(Bins(256), Bins(256));
     EXPECT_EQ(readOuts(""), QStringList({"126", "128", "3", "127.5"}));
 
@@ -152,32 +278,86 @@ TEST_F(HistogramBoxTest, ReadOutsTellTheStatisticsOfWhatWasPainted)
     EXPECT_EQ(readOuts(""), QStringList({"11", "12", "2", "12.0"}));
     EXPECT_EQ(readOuts("P"), QStringList({"36", "83", "48", "60.0"}));
 
-    // 2 * 2^30 wraps in the raw product only, so the means tell the 32-bit rule.
+    // 2 * 2^31 wraps in the product and not in the count, so the mean tells the 32-bit rule.
     Bins huge(256);
     huge[2] = 1 << 30;
+    huge[0] = 1;
     preview(huge, huge);
     EXPECT_EQ(readOuts("")[3], "-2.0");
     EXPECT_EQ(readOuts("P")[3], "2.0");
 }
 
+TEST_F(HistogramBoxTest, ChannelSwitchesAreEnabledForColourOnly)
+{
+    const auto enabled = [this](const char* name) {
+        return box.findChild<QCheckBox*>(QLatin1String(name))->isEnabled();
+    };
+    const Bins h(256, 1);
+    EXPECT_TRUE(enabled("chR") && enabled("chG") && enabled("chB"));
+    preview(h, h);
+    EXPECT_FALSE(enabled("chR") || enabled("chG") || enabled("chB"));
+    preview(h, h, h, h);
+    EXPECT_TRUE(enabled("chR") && enabled("chG") && enabled("chB"));
+    preview(h, h, h);
+    EXPECT_FALSE(enabled("chR") || enabled("chG") || enabled("chB"));
+}
+
 TEST_F(HistogramBoxTest, ClearedBoxIsWhiteOnAnyPaletteAndReadsNothing)
 {
-    box.setPalette(QPalette(Qt::black));
-    const Bins h = plateau(256);
-    preview(h, h, h, h);
-    EXPECT_TRUE(child("chR").isEnabled() && child("chG").isEnabled() && child("chB").isEnabled());
+    QPalette dark(Qt::black);
+    box.setPalette(dark);
+    preview(bell(256, 5, 99, 70), bell(256, 5, 99, 70), bell(256, 50, 99, 70), Bins(256, 3));
     readOuts("");
     box.clearHistogram();
     const QImage grabbed = box.grab().toImage().convertToFormat(QImage::Format_RGB32);
     for (QWidget* const widget : {&raw(), &processed()}) {
-        QImage empty(widget->size(), QImage::Format_RGB32);
-        empty.fill(Qt::white);
-        EXPECT_EQ(grabbed.copy(widget->geometry()), empty) << widget->objectName().toStdString();
+        QImage white(widget->size(), QImage::Format_RGB32);
+        white.fill(Qt::white);
+        EXPECT_EQ(grabbed.copy(widget->geometry()), white) << widget->objectName().toStdString();
     }
     EXPECT_EQ(readOuts("") + readOuts("P"), QStringList({"", "", "", "", "", "", "", ""}));
-    EXPECT_FALSE(child("chR").isEnabled());
-    preview(h, h, h);
-    EXPECT_FALSE(child("chR").isEnabled() || child("chG").isEnabled() || child("chB").isEnabled());
+    EXPECT_FALSE(box.findChild<QCheckBox*>(QStringLiteral("chR"))->isEnabled());
+    EXPECT_EQ(box.width(), 386);
+}
+
+TEST_F(HistogramBoxTest, HistogramsStayInsideTheBox)
+{
+    box.show();
+    for (const int size : {256, 1024}) {
+        preview(Bins(size, 1), Bins(size, 1));
+        QCoreApplication::processEvents();
+        EXPECT_LE(raw().geometry().right(), box.rect().right());
+        EXPECT_LE(processed().geometry().right(), box.rect().right());
+    }
+}
+
+TEST_F(HistogramBoxTest, SwitchesRequestNoRepaint)
+{
+    box.show();
+    preview(Bins(256, 1), Bins(256, 1), Bins(256, 1), Bins(256, 1));
+    const auto* const average = box.findChild<QLineEdit*>(QStringLiteral("txtRawAvgP"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !average->text().isEmpty(); }));
+    QSignalSpy repaints(&processed(), SIGNAL(dataBoundsChange(int, int, int, double)));
+    click("cbLogarithmic");
+    click("chR");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(repaints.count(), 0);
+}
+
+TEST_F(HistogramBoxTest, FrameOfUnchangedSizeAllocatesNothing)
+{
+    box.show();
+    for (const int size : {256, 1024}) {
+        Bins bins(size, 1);
+        const auto showFrame = [&] {
+            box.previewHistogram(size, bins.data(), bins.data(), bins.data(), bins.data());
+        };
+        showFrame();
+        const int before = allocations;
+        showFrame();
+        showFrame();
+        EXPECT_EQ(allocations - before, 0);
+    }
 }
 
 } // namespace
