@@ -137,7 +137,7 @@ TEST(RingFrameBuffer, CopiesHaveFramesOfTheirOwn)
     EXPECT_EQ(appended(copy, {70}), std::vector<unsigned char>{60});
     EXPECT_EQ(appended(assigned, {12}), std::vector<unsigned char>{11});
     EXPECT_EQ(assigned.getDecimation(), 1);
-    assigned = assigned;
+    assigned = static_cast<const RingFrameBuffer&>(assigned);
     EXPECT_EQ(appended(assigned, {14}), std::vector<unsigned char>{13});
 }
 
