@@ -31,8 +31,8 @@ int runCamview(const QStringList& arguments)
             QTextStream(stdout) << name << '\n';
         return 0;
     }
-    if (auto* application = qobject_cast<QApplication*>(QCoreApplication::instance()))
-        return runWindow(*application, options);
+    if (qobject_cast<QApplication*>(QCoreApplication::instance()))
+        return runWindow(options);
     return HeadlessRun(options).run();
 }
 

@@ -362,8 +362,7 @@ TEST_F(WindowTest, OptionsThatOnlyARunWithoutAWindowKnowsAreRefused)
 {
     for (const QStringList& line :
          {QStringList{"--json"}, {"--frames", "3"}, {"--record", "x"}, {"--snapshot", "x.png"}})
-        EXPECT_THROW(runWindow(*static_cast<QApplication*>(qApp), parseOptions(line)), UsageError)
-            << line[0].toStdString();
+        EXPECT_THROW(runWindow(parseOptions(line)), UsageError) << line[0].toStdString();
 }
 
 TEST_F(WindowTest, SettingsComeBackForTheSameCamera)

@@ -30,9 +30,12 @@ void LiveSession::start(Delivery how, std::uint64_t limit)
 
 void LiveSession::stop()
 {
-    // The slot goes first: a source that waits for it must be let go before it can end.
-    slot.close();
+    // A source that waits for the slot must be let go before it can end. One that does not wait
+    // ends first, so that no frame comes between the two and is recorded but not received.
+    if (delivery == Delivery::EveryFrame)
+        slot.close();
     source->stop();
+    slot.close();
     if (processing.joinable())
         processing.join();
 }
@@ -53,11 +56,9 @@ void LiveSession::frameArrived(PooledFrame frame)
 {
     if (limitReached())
         return;
+    ++received;
     recording.offer(*frame, delivery == Delivery::EveryFrame);
-    const PutResult result = slot.put(std::move(frame));
-    if (result != PutResult::Refused)
-        ++received;
-    if (result == PutResult::Replaced)
+    if (slot.put(std::move(frame)) != PutResult::Stored)
         ++dropped;
 }
 

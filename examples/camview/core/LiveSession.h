@@ -14,7 +14,7 @@ struct SessionCounters {
     std::uint64_t received = 0;  ///< arrived whole from the camera
     std::uint64_t processed = 0; ///< became pictures
     std::uint64_t shown = 0;     ///< pictures that the user interface drew
-    std::uint64_t dropped = 0;   ///< received, but a newer frame took their place
+    std::uint64_t dropped = 0;   ///< received, but a newer frame or the end took their place
     std::uint64_t recorded = 0;  ///< written by the recording that runs or ran last
     CameraLosses camera;         ///< exposed, but not received
 };

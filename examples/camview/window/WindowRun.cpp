@@ -37,7 +37,7 @@ void refuseHeadlessOptions(const Options& options)
 
 } // namespace
 
-int runWindow(QApplication& application, const Options& options)
+int runWindow(const Options& options)
 {
     refuseHeadlessOptions(options);
     // Logging comes first: components know the logs that are there when they are made.
@@ -62,5 +62,5 @@ int runWindow(QApplication& application, const Options& options)
         return writeWindowPictures(window, options.grabFolder);
     if (options.durationS)
         QTimer::singleShot(static_cast<int>(*options.durationS * 1000.0), &window, &QWidget::close);
-    return application.exec();
+    return QApplication::exec();
 }

@@ -2,7 +2,6 @@
 
 #include "headless/Options.h"
 
-class QApplication;
-
-/// Runs camview in a window until the user closes it. \return the process's exit status
-int runWindow(QApplication& application, const Options& options);
+/// Runs camview in a window of the QApplication that exists until the user closes it. \return the
+/// process's exit status
+int runWindow(const Options& options);

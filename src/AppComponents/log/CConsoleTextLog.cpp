@@ -12,7 +12,7 @@ union SharedLog {
         : log()
     {
     }
-    ~SharedLog() {}
+    ~SharedLog() {} // NOLINT(modernize-use-equals-default): that would be a deleted one
     CConsoleTextLog log;
 };
 

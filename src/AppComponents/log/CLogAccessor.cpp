@@ -21,7 +21,7 @@ union DefLogRoom {
         : none()
     {
     }
-    ~DefLogRoom() {}
+    ~DefLogRoom() {} // NOLINT(modernize-use-equals-default): that would be a deleted one
     char none;
     CLogAccessor accessor;
 };

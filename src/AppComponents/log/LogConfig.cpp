@@ -76,7 +76,7 @@ void registerOwned(std::unique_ptr<CTextLog> log, const LogElement& element)
     if (element.names.empty())
         unregistered.push_back(std::move(log));
     else
-        log.release(); // belongs to the registry now
+        static_cast<void>(log.release()); // belongs to the registry now
 }
 
 void registerShared(CBaseLog& log, const LogElement& element)

@@ -201,7 +201,8 @@ float restAtGreen(Field& rest, Field& green, int x, int y)
 
 std::uint8_t toByte(float value)
 {
-    return static_cast<std::uint8_t>(std::clamp(value, 0.0F, 255.0F) + 0.5F);
+    const float raised = std::clamp(value, 0.0F, 255.0F) + 0.5F;
+    return static_cast<std::uint8_t>(raised);
 }
 
 } // namespace
