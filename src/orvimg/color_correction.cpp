@@ -376,11 +376,13 @@ void color_correction24(void* context, unsigned char* rgb, int width, int height
     if (color.isIdentity)
         return;
     const auto rowPixels = static_cast<std::size_t>(width);
-    orvimg::forEachRowBand(height, orvimg::minimumRowsPerBand, [&](int firstRow, int endRow) {
+    const auto correctRows = [&](int firstRow, int endRow) {
         const auto first = static_cast<std::size_t>(firstRow) * rowPixels;
         const auto end = static_cast<std::size_t>(endRow) * rowPixels;
         orvimg::correct(color, rgb + 3 * first, end - first);
-    });
+    };
+    orvimg::asFarAsMemoryAllows(
+        [&] { orvimg::forEachRowBand(height, orvimg::minimumRowsPerBand, correctRows); });
 }
 
 void color_correction_done(void* context)

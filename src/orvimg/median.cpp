@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <vector>
 
 #include <hwy/aligned_allocator.h>
@@ -254,8 +255,11 @@ Sample* scratch(std::ptrdiff_t samples)
     thread_local hwy::AlignedFreeUniquePtr<Sample[]> memory;
     thread_local std::ptrdiff_t size = 0;
     if (size < samples) {
+        size = 0;
         memory = hwy::AllocateAligned<Sample>(static_cast<std::size_t>(samples));
-        size = memory ? samples : 0;
+        if (!memory)
+            throw std::bad_alloc();
+        size = samples;
     }
     return memory.get();
 }
@@ -286,17 +290,9 @@ private:
 };
 
 template <typename Sample>
-void filter(void* picture, int width, int height, int color)
+void filterBands(const MedianBand<Sample>& whole)
 {
-    if (picture == nullptr || width <= 0 || height <= 0)
-        return;
-    MedianBand<Sample> whole{};
-    whole.picture = static_cast<Sample*>(picture);
-    whole.width = width;
-    whole.height = height;
-    whole.channels = color == 1 ? 3 : 1;
-    whole.distance = color == 1 ? 1 : 2;
-
+    const int height = static_cast<int>(whole.height);
     const int bands = rowBandCount(height, minimumRowsPerBand);
     BorderRows<Sample> borders(whole, bands);
     forEachBand(bands, [&](int index) {
@@ -308,9 +304,22 @@ void filter(void* picture, int width, int height, int color)
         if (index + 1 < bands)
             band.rowsBelow = borders.block(index + 1) + band.distance * band.rowSamples();
         band.scratch = scratch<Sample>(medianScratchSize(band.rowSamples(), band.distance));
-        if (band.scratch != nullptr)
-            filterBand(band);
+        filterBand(band);
     });
+}
+
+template <typename Sample>
+void filter(void* picture, int width, int height, int color)
+{
+    if (picture == nullptr || width <= 0 || height <= 0)
+        return;
+    MedianBand<Sample> whole{};
+    whole.picture = static_cast<Sample*>(picture);
+    whole.width = width;
+    whole.height = height;
+    whole.channels = color == 1 ? 3 : 1;
+    whole.distance = color == 1 ? 1 : 2;
+    asFarAsMemoryAllows([&] { filterBands(whole); });
 }
 
 } // namespace

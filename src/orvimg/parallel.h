@@ -1,5 +1,6 @@
 #pragma once
 
+#include <new>
 #include <type_traits>
 
 namespace orvimg
@@ -25,11 +26,11 @@ inline RowBand rowBand(int rows, int index, int count)
 }
 
 /// Calls \p task(context, index) for the indices 0 ... count - 1 on the threads that are set and
-/// returns when all calls have. The task must not throw.
+/// returns when all calls have. When one throws, those not yet begun are left out.
 void runOnThreads(int count, void (*task)(void* context, int index), void* context);
 
 /// Calls \p function(index) for the indices 0 ... count - 1, on this thread alone when it is
-/// only one. The function must not throw.
+/// only one.
 template <typename Function>
 void forEachBand(int count, Function&& function)
 {
@@ -52,6 +53,17 @@ void forEachRowBand(int rows, int minimumRows, Function&& function)
         const RowBand band = rowBand(rows, index, count);
         function(band.first, band.last);
     });
+}
+
+/// Calls \p work(). The C interface can neither throw nor report: a picture for which there is no
+/// memory stays unfinished.
+template <typename Work>
+void asFarAsMemoryAllows(Work&& work) noexcept
+{
+    try {
+        work();
+    } catch (const std::bad_alloc&) {
+    }
 }
 
 } // namespace orvimg

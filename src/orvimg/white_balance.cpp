@@ -152,7 +152,7 @@ CellSums sumCells(const std::uint8_t* mosaic, int width, int height)
     std::atomic<std::uint64_t> bottomLeft{0};
     std::atomic<std::uint64_t> bottomRight{0};
     std::atomic<std::uint64_t> cells{0};
-    forEachRowBand(height, minimumRowsPerBand, [&](int firstRow, int endRow) {
+    const auto addRows = [&](int firstRow, int endRow) {
         const CellSums band = HWY_DYNAMIC_DISPATCH(SumCells)(
             mosaic, static_cast<std::size_t>(width), static_cast<std::size_t>(firstRow),
             static_cast<std::size_t>(endRow));
@@ -161,7 +161,8 @@ CellSums sumCells(const std::uint8_t* mosaic, int width, int height)
         bottomLeft += band.bottomLeft;
         bottomRight += band.bottomRight;
         cells += band.cells;
-    });
+    };
+    asFarAsMemoryAllows([&] { forEachRowBand(height, minimumRowsPerBand, addRows); });
     return {topLeft, topRight, bottomLeft, bottomRight, cells};
 }
 

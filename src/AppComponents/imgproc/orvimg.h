@@ -4,7 +4,8 @@
 /// The C interface of the image primitives library orvimg.
 ///
 /// Pictures are packed row after row without padding. Null pointers and non-positive sizes
-/// make every function return without doing anything. The functions keep no shared state:
+/// make every function return without doing anything. Nothing is thrown or reported: without
+/// memory for its work a function leaves a picture unfinished. The functions keep no shared state:
 /// different pictures may be processed on different threads at once; one colour-correction
 /// context belongs to one thread at a time.
 
@@ -41,7 +42,7 @@ ORVIMG_EXPORT void histogram12(const unsigned short* samples, int count, int* hi
 ORVIMG_EXPORT void best_lookup_table10to8(const int* histogram, unsigned char* table);
 ORVIMG_EXPORT void best_lookup_table12to8(const int* histogram, unsigned char* table);
 
-/// Interpolates a Bayer mosaic of width x height bytes into width x height RGB triples.
+/// Interpolate a Bayer mosaic of width x height bytes into width x height RGB triples.
 /// \param pattern 0 RGGB, 1 GRBG, 2 GBRG, 3 BGGR (first row, second row of the 2x2 cell);
 ///   any other value is taken as 2.
 /// \param algorithm 0 nearest neighbour; 1 one colour per 2x2 cell; 2 bilinear;
@@ -64,28 +65,31 @@ ORVIMG_EXPORT void white_balance8gbrg(const unsigned char* mosaic, int width, in
 ORVIMG_EXPORT void white_balance8grbg(const unsigned char* mosaic, int width, int height,
                                       double* redGain, double* blueGain);
 
-/// \return a new colour-correction context, the identity; release it with
-///   color_correction_done().
+/// \return a new colour-correction context, the identity, or null without memory; release it
+///   with color_correction_done().
 ORVIMG_EXPORT void* color_correction_init(void);
 
-/// Configures a context: channel gains first; then the chroma of Y = 0.299 R + 0.587 G + 0.114 B
+/// Configure a context: channel gains first; then the chroma of Y = 0.299 R + 0.587 G + 0.114 B
 /// is turned by \p hue degrees and scaled by \p saturation (luma is kept); then all channels
 /// are scaled by \p lightness; last the channel's offset and the common \p offset, fractions
-/// of full scale, are added.
+/// of full scale, are added. Rounded to nearest, to within 1. NaN counts as the neutral value.
 ORVIMG_EXPORT void color_correction_set(void* context, double redGain, double redOffset,
                                         double greenGain, double greenOffset, double blueGain,
                                         double blueOffset, double hue, double saturation,
                                         double lightness, double offset);
 
-/// Corrects width x height RGB triples in place.
+/// Correct width x height RGB triples in place.
 ORVIMG_EXPORT void color_correction24(void* context, unsigned char* rgb, int width, int height);
+
+/// Release a context; it must not be used any more.
 ORVIMG_EXPORT void color_correction_done(void* context);
 
 /// Replace each sample by the median of nine, in place.
 /// \param picture bytes (median_filter8) or 16-bit words (median_filter16).
-/// \param color 0: a mosaic of width x height samples, the neighbours lie two samples apart so
-///   that each colour is filtered by itself; 1: width x height interleaved triples, the
-///   neighbours lie one pixel apart.
+///   Beyond its edges it is mirrored without repeating the edge sample.
+/// \param color 1: width x height interleaved triples, the neighbours lie one pixel apart; any
+///   other value: a mosaic of width x height samples, the neighbours lie two samples apart so
+///   that each colour is filtered by itself.
 ORVIMG_EXPORT void median_filter8(void* picture, int width, int height, int color);
 ORVIMG_EXPORT void median_filter16(void* picture, int width, int height, int color);
 

@@ -50,7 +50,9 @@ void debayer24(const unsigned char* mosaic, int width, int height, int pattern, 
     }
     constexpr int smallestBand = 32; // rows; below, starting a thread costs more than it saves
     const Kernel kernel = kernelFor(algorithm);
-    orvimg::forEachRowBand(height, smallestBand, [&](int first, int end) {
-        kernel(picture, {first, end}, rgb);
+    orvimg::asFarAsMemoryAllows([&] {
+        orvimg::forEachRowBand(height, smallestBand, [&](int first, int end) {
+            kernel(picture, {first, end}, rgb);
+        });
     });
 }

@@ -1,5 +1,7 @@
 #include <orvimg/debayer/scratch.h>
 
+#include <new>
+
 #include <hwy/aligned_allocator.h>
 
 namespace orvimg
@@ -23,6 +25,8 @@ Scratch::Scratch(std::size_t bytes)
         threadMemory.block.reset(); // the old block need not live beside the new one
         threadMemory.size = 0;
         threadMemory.block = hwy::AllocateAligned<std::uint8_t>(bytes);
+        if (!threadMemory.block)
+            throw std::bad_alloc();
         threadMemory.size = bytes;
     }
     next = threadMemory.block.get();

@@ -12,6 +12,7 @@ class Scratch
 {
 public:
     /// \param bytes as much as will be taken in all, with blockOverhead for each block
+    /// \throws std::bad_alloc
     explicit Scratch(std::size_t bytes);
     Scratch(const Scratch&) = delete;
     Scratch& operator=(const Scratch&) = delete;
