@@ -426,11 +426,13 @@ void bestStrip(const BayerMosaic& mosaic, RowBand band, int left, int top, const
     const StripCutter cutter(mosaic, left);
     const int firstColumn = left < 0 ? 0 : left;
     const int endColumn = std::min(left + StripPlane::columns, mosaic.width);
-    for (int y = -mosaicLead; y < mosaicLead - lead; ++y)
+    constexpr int firstRow = 1 - lead;
+    constexpr int ahead = mosaicLead - lead;
+    for (int y = -mosaicLead; y < firstRow + ahead; ++y)
         cutter.cut(top, y, strip.mosaic);
     FinishedRow row;
-    for (int y = 1 - lead; y < band.last - top + lead; ++y) {
-        cutter.cut(top, y + mosaicLead - lead, strip.mosaic);
+    for (int y = firstRow; y < band.last - top + lead; ++y) {
+        cutter.cut(top, y + ahead, strip.mosaic);
         interpolateRow(strip, y);
         const int done = y - lead;
         if (done + top < band.first)
