@@ -85,28 +85,24 @@ void ImgProcessor::copySettings(const ImgProcessor& other)
 
 void ImgProcessor::setBrightnessD(double value)
 {
-    const int step = stepFor(value, brightnessSteps);
-    if (step == brightness)
-        return;
-    brightness = step;
-    rebuildTables();
+    setStep(brightness, stepFor(value, brightnessSteps));
 }
 
 void ImgProcessor::setContrastD(double value)
 {
-    const int step = stepFor(value, contrastSteps);
-    if (step == contrast)
-        return;
-    contrast = step;
-    rebuildTables();
+    setStep(contrast, stepFor(value, contrastSteps));
 }
 
 void ImgProcessor::setGammaD(double value)
 {
-    const int step = stepFor(value, gammaSteps);
-    if (step == gamma)
+    setStep(gamma, stepFor(value, gammaSteps));
+}
+
+void ImgProcessor::setStep(std::int32_t& step, int chosen)
+{
+    if (step == chosen)
         return;
-    gamma = step;
+    step = chosen;
     rebuildTables();
 }
 
@@ -153,33 +149,30 @@ void ImgProcessor::getGammaMinMax(double& min, double& max) const
 }
 
 // Whichever table is used first clears the mark for all: a camera delivers one depth at a time.
+void ImgProcessor::refreshTable(void (*create)(int, int, int, unsigned char*), unsigned char* table)
+{
+    if (!lutDirty)
+        return;
+    create(brightness, contrast, gamma, table);
+    ++lutNumber;
+    lutDirty = false;
+}
+
 void ImgProcessor::apply_LUT8(unsigned char* src, int count, unsigned char* dst)
 {
-    if (lutDirty) {
-        create_BCG_LUT8(brightness, contrast, gamma, lut8);
-        ++lutNumber;
-        lutDirty = false;
-    }
+    refreshTable(create_BCG_LUT8, lut8);
     mapThroughTable8(src, count, lut8, dst);
 }
 
 void ImgProcessor::apply_LUT10_8(unsigned short* src, int count, unsigned char* dst)
 {
-    if (lutDirty) {
-        create_BCG_LUT10_8(brightness, contrast, gamma, lut10);
-        ++lutNumber;
-        lutDirty = false;
-    }
+    refreshTable(create_BCG_LUT10_8, lut10);
     mapThroughTable10(src, count, lut10, dst);
 }
 
 void ImgProcessor::apply_LUT12_8(unsigned short* src, int count, unsigned char* dst)
 {
-    if (lutDirty) {
-        create_BCG_LUT12_8(brightness, contrast, gamma, lut12);
-        ++lutNumber;
-        lutDirty = false;
-    }
+    refreshTable(create_BCG_LUT12_8, lut12);
     mapThroughTable12(src, count, lut12, dst);
 }
 

@@ -150,7 +150,9 @@ public:
     bool getFlipV() const { return flipV; }
 
 private:
+    void setStep(std::int32_t& step, int chosen);
     void rebuildTables();
+    void refreshTable(void (*create)(int, int, int, unsigned char*), unsigned char* table);
     void processGreyOfColorSensor(FrameEx2* frame);
     void balanceWhite(FrameEx2* mosaic);
     void configureColorCorrection();

@@ -141,23 +141,19 @@ HWY_INLINE Choice choose(const Gradients& gradients)
     return choice;
 }
 
-HWY_INLINE Gradients gradientsAtChroma(const Window& w)
+template <bool atGreen>
+HWY_INLINE Gradients gradientsAt(const Window& w)
 {
     Gradients g;
     straightGradients<false>(w, g.towards);
     straightGradients<true>(w, g.towards + 2);
-    diagonalAtChroma<1>(w, g.towards + 4, g.towards + 7);
-    diagonalAtChroma<-1>(w, g.towards + 6, g.towards + 5);
-    return g;
-}
-
-HWY_INLINE Gradients gradientsAtGreen(const Window& w)
-{
-    Gradients g;
-    straightGradients<false>(w, g.towards);
-    straightGradients<true>(w, g.towards + 2);
-    diagonalAtGreen<1>(w, g.towards + 4, g.towards + 7);
-    diagonalAtGreen<-1>(w, g.towards + 6, g.towards + 5);
+    if (atGreen) {
+        diagonalAtGreen<1>(w, g.towards + 4, g.towards + 7);
+        diagonalAtGreen<-1>(w, g.towards + 6, g.towards + 5);
+    } else {
+        diagonalAtChroma<1>(w, g.towards + 4, g.towards + 7);
+        diagonalAtChroma<-1>(w, g.towards + 6, g.towards + 5);
+    }
     return g;
 }
 
@@ -170,7 +166,7 @@ HWY_INLINE Sums noSums()
 /// The first missing colour is green, the second the other chroma.
 HWY_INLINE Sums sumsAtChroma(const Window& w)
 {
-    const Choice chosen = choose(gradientsAtChroma(w));
+    const Choice chosen = choose(gradientsAt<false>(w));
     Sums sums = noSums();
     const auto straight = [&](int index, int x, int y) HWY_ATTR {
         addDirection(&sums, chosen(index), twice(hn::Add(w(0, 0), w(2 * x, 2 * y))),
@@ -196,7 +192,7 @@ HWY_INLINE Sums sumsAtChroma(const Window& w)
 /// The first missing colour is the chroma left and right, the second that above and below.
 HWY_INLINE Sums sumsAtGreen(const Window& w)
 {
-    const Choice chosen = choose(gradientsAtGreen(w));
+    const Choice chosen = choose(gradientsAt<true>(w));
     Sums sums = noSums();
     const auto upright = [&](int index, int y) HWY_ATTR {
         const auto aside = hn::Add(hn::Add(w(-1, 0), w(1, 0)), hn::Add(w(-1, 2 * y), w(1, 2 * y)));
