@@ -1,10 +1,7 @@
 #include <AppComponents/analysis/HistogramBox.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
-#include <cstdlib>
-#include <new>
 #include <ostream>
 #include <vector>
 
@@ -14,32 +11,9 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <support/AllocationCounter.h>
+
 #include <gtest/gtest.h>
-
-namespace
-{
-
-std::atomic<int> allocations{0};
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    ++allocations;
-    if (void* const memory = std::malloc(size))
-        return memory;
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
 
 namespace
 {
@@ -353,7 +327,7 @@ TEST_F(HistogramBoxTest, FrameOfUnchangedSizeAllocatesNothing)
             box.previewHistogram(size, bins.data(), bins.data(), bins.data(), bins.data());
         };
         showFrame();
-        const int before = allocations;
+        const long before = allocations;
         showFrame();
         showFrame();
         EXPECT_EQ(allocations - before, 0);

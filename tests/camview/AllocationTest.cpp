@@ -3,41 +3,10 @@
 #include "core/LiveSession.h"
 
 #include <atomic>
-#include <cstdlib>
-#include <new>
+
+#include <support/AllocationCounter.h>
 
 #include <gtest/gtest.h>
-
-namespace
-{
-
-std::atomic<long> allocations{0};
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    ++allocations;
-    if (void* memory = std::malloc(size))
-        return memory;
-    throw std::bad_alloc();
-}
-
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    ++allocations;
-    return std::malloc(size);
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
 
 namespace
 {

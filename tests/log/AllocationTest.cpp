@@ -4,17 +4,14 @@
 #include <AppComponents/log/CLogAccessor.h>
 #include <AppComponents/log/SubLogAccessor.h>
 
+#include <support/AllocationCounter.h>
+
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
 
-#include <cstdlib>
-#include <new>
-
 namespace
 {
-
-thread_local long allocations = 0;
 
 template <typename Action>
 long allocationsOf(Action action)
@@ -27,24 +24,6 @@ long allocationsOf(Action action)
 }
 
 } // namespace
-
-void* operator new(std::size_t size)
-{
-    ++allocations;
-    if (void* const memory = std::malloc(size))
-        return memory;
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
 
 TEST(Allocation, AValueWrittenAllocatesNothing)
 {
