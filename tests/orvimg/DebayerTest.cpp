@@ -1,16 +1,13 @@
 #include <AppComponents/imgproc/orvimg.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <random>
 #include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <hwy/targets.h>
 
-#include <orvimg/orvimg_threads.h>
+#include "OrvimgTestSupport.h"
 #include <orvimg/reference/debayer_reference.h>
 
 namespace
@@ -61,15 +58,12 @@ Bytes randomMosaic(Size size)
 /// \return the pixels, having checked that nothing beside them was written.
 Bytes interpolated(const Bytes& mosaic, Size size, int pattern, int algorithm)
 {
-    constexpr std::size_t guard = 64;
-    const std::size_t bytes = 3 * pixels(size);
-    Bytes guarded(bytes + 2 * guard, canary);
-    debayer24(mosaic.data(), size.width, size.height, pattern, algorithm, guarded.data() + guard);
-    const auto first = guarded.begin() + guard;
-    const auto isCanary = [](unsigned char byte) { return byte == canary; };
-    EXPECT_TRUE(std::all_of(guarded.begin(), first, isCanary));
-    EXPECT_TRUE(std::all_of(first + static_cast<std::ptrdiff_t>(bytes), guarded.end(), isCanary));
-    return {first, first + static_cast<std::ptrdiff_t>(bytes)};
+    using Array = GuardedArray<unsigned char>;
+    const Array input(mosaic, Array::Against::UpperPage);
+    const Array rgb(Bytes(3 * pixels(size), canary), Array::Against::UpperPage);
+    debayer24(input.data(), size.width, size.height, pattern, algorithm, rgb.data());
+    EXPECT_TRUE(rgb.isSpareUntouched());
+    return rgb.content();
 }
 
 Bytes expected(const Bytes& mosaic, Size size, int pattern, int algorithm)
@@ -97,13 +91,6 @@ Bytes mosaicOf(Size size, int pattern, Color color)
     return mosaic;
 }
 
-/// Makes the library run on one kind of vector unit.
-void useTargets(std::int64_t targets)
-{
-    hwy::SetSupportedTargetsForTest(targets);
-    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-}
-
 class DebayerMethod : public testing::TestWithParam<int>
 {
 };
@@ -113,21 +100,16 @@ INSTANTIATE_TEST_SUITE_P(Codes, DebayerMethod, testing::Range(0, algorithms));
 TEST_P(DebayerMethod, EqualsTheFormulasOnEveryTarget)
 {
     const int algorithm = GetParam();
-    const std::int64_t supported = hwy::SupportedTargets();
-    for (const Size size : awkwardSizes()) {
-        for (int pattern = 0; pattern < patterns; ++pattern) {
-            const Bytes mosaic = randomMosaic(size);
-            const Bytes wanted = expected(mosaic, size, pattern, algorithm);
-            for (std::int64_t left = supported; left != 0; left &= left - 1) {
-                const std::int64_t target = left & -left;
-                useTargets(target);
-                ASSERT_EQ(interpolated(mosaic, size, pattern, algorithm), wanted)
-                    << size.width << 'x' << size.height << " pattern " << pattern << " on "
-                    << hwy::TargetName(target);
+    onEveryTarget([algorithm] {
+        for (const Size size : awkwardSizes()) {
+            for (int pattern = 0; pattern < patterns; ++pattern) {
+                const Bytes mosaic = randomMosaic(size);
+                ASSERT_EQ(interpolated(mosaic, size, pattern, algorithm),
+                          expected(mosaic, size, pattern, algorithm))
+                    << size.width << 'x' << size.height << " pattern " << pattern;
             }
         }
-    }
-    useTargets(0);
+    });
 }
 
 TEST_P(DebayerMethod, KeepsFlatColours)

@@ -4,49 +4,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <random>
-#include <string>
 #include <vector>
 
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <gtest/gtest.h>
-#include <hwy/highway.h>
-#include <hwy/targets.h>
+#include <support/EveryTarget.h>
 
 #include <orvimg/orvimg_threads.h>
-
-/// The instruction sets that the library has kernels for and this machine can run.
-inline std::vector<std::int64_t> runnableTargets()
-{
-    std::vector<std::int64_t> targets;
-    const std::int64_t runnable = HWY_TARGETS & (hwy::SupportedTargets() | HWY_STATIC_TARGET);
-    for (std::int64_t bits = runnable; bits != 0; bits &= bits - 1)
-        targets.push_back(bits & -bits);
-    return targets;
-}
-
-/// Runs a test on one instruction set and makes sure that a kernel did run on it.
-class OnEachTarget : public testing::TestWithParam<std::int64_t>
-{
-protected:
-    void SetUp() override { hwy::SetSupportedTargetsForTest(GetParam()); }
-
-    void TearDown() override
-    {
-        hwy::ChosenTarget expected;
-        expected.Update(GetParam());
-        EXPECT_TRUE(hwy::GetChosenTarget().IsInitialized()) << "no kernel was called";
-        EXPECT_EQ(hwy::GetChosenTarget().GetIndex(), expected.GetIndex());
-        hwy::SetSupportedTargetsForTest(0);
-        orvimg_set_threads(1);
-    }
-};
-
-inline std::string targetName(const testing::TestParamInfo<std::int64_t>& target)
-{
-    return hwy::TargetName(target.param);
-}
 
 /// An array between two pages that cannot be touched, so that a kernel that reads or writes beyond
 /// it ends the test program; what its pages have to spare is watched as well.

@@ -18,6 +18,7 @@ void onEveryTarget(Body body)
         SCOPED_TRACE(hwy::TargetName(target));
         hwy::SetSupportedTargetsForTest(target);
         body();
+        EXPECT_TRUE(hwy::GetChosenTarget().IsInitialized()) << "no kernel was called";
     }
     hwy::SetSupportedTargetsForTest(0);
 }
