@@ -1,12 +1,14 @@
 #include <orvimg/debayer/kernels.h>
 
 #include <algorithm>
+#include <cstring>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "orvimg/debayer/best.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include <hwy/cache_control.h>
 #include <orvimg/debayer/rows-inl.h>
 #include <orvimg/debayer/strip_plane.h>
 #include <orvimg/mirror.h>
@@ -347,7 +349,7 @@ HWY_INLINE void interleave(const FinishedRow& row, std::uint8_t* rgb)
             return joined(hn::LoadU(d, row.samples[c][0] + step),
                           hn::LoadU(d, row.samples[c][1] + step));
         };
-        storePixels(true, channel(0), channel(1), channel(2), rgb + 6 * step);
+        storeTriples(channel(0), channel(1), channel(2), rgb + 6 * step);
     }
 }
 

@@ -5,7 +5,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include <orvimg/debayer/rows-inl.h>
+#include <orvimg/debayer/picture_writer-inl.h>
 
 HWY_BEFORE_NAMESPACE();
 namespace orvimg
@@ -38,25 +38,25 @@ HWY_INLINE PairMean meanAt(const std::uint8_t* one, const std::uint8_t* another)
     return meanOf(hn::LoadU(Bytes(), one), hn::LoadU(Bytes(), another));
 }
 
-HWY_INLINE void bilinearRow(const Row<1>& row)
+template <typename AnyPhase>
+HWY_INLINE PixelVector bilinearPixels(AnyPhase phase, const Row<1>& row, int x)
 {
-    const Bytes d;
-    const auto isChroma = hn::MaskFromVec(hn::BitCast(d, hn::Set(Words(), 0x00FF)));
-    for (int x = row.first; x < row.end; x += pixelsAtOnce()) {
-        const auto own = hn::LoadU(d, row[0] + x);
-        const PairMean across = meanAt(row[0] + x - 1, row[0] + x + 1);
-        const PairMean upright = meanAt(row[-1] + x, row[1] + x);
-        const auto diagonal = meanOf(meanAt(row[-1] + x - 1, row[1] + x - 1),
-                                     meanAt(row[-1] + x + 1, row[1] + x + 1));
-        storePixels(row.isRed, hn::IfThenElse(isChroma, own, across.mean),
-                    hn::IfThenElse(isChroma, meanOf(across, upright), own),
-                    hn::IfThenElse(isChroma, diagonal, upright.mean), row.rgb + 3 * x);
-    }
+    const ByteMask isChroma = phase.chromaLanes();
+    const auto own = hn::LoadU(Bytes(), row[0] + x);
+    const PairMean across = meanAt(row[0] + x - 1, row[0] + x + 1);
+    const PairMean upright = meanAt(row[-1] + x, row[1] + x);
+    const auto diagonal =
+        meanOf(meanAt(row[-1] + x - 1, row[1] + x - 1), meanAt(row[-1] + x + 1, row[1] + x + 1));
+    return {hn::IfThenElse(isChroma, own, across.mean),
+            hn::IfThenElse(isChroma, meanOf(across, upright), own),
+            hn::IfThenElse(isChroma, diagonal, upright.mean)};
 }
 
 void bilinearRows(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb)
 {
-    forEachRow<1>(mosaic, band, rgb, [](const Row<1>& row) HWY_ATTR { bilinearRow(row); });
+    writeRows<1>(mosaic, band, rgb, [](auto phase, const Row<1>& row, int x) HWY_ATTR {
+        return bilinearPixels(phase, row, x);
+    });
 }
 
 } // namespace HWY_NAMESPACE

@@ -5,7 +5,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include <orvimg/debayer/rows-inl.h>
+#include <orvimg/debayer/picture_writer-inl.h>
 
 HWY_BEFORE_NAMESPACE();
 namespace orvimg
@@ -13,47 +13,38 @@ namespace orvimg
 namespace HWY_NAMESPACE
 {
 
-/// Both pixels of a cell alike.
-HWY_INLINE ByteVector twice(ShortVector v)
+/// The samples of a vector's cells in one of their rows.
+struct CellRow {
+    ByteVector chroma;
+    ByteVector green;
+};
+
+HWY_INLINE CellRow cellRow(const std::uint8_t* samples, ByteMask isLeft, ByteMask isChroma)
 {
-    return hn::BitCast(Bytes(), hn::Or(v, hn::ShiftLeft<8>(v)));
+    const Bytes d;
+    const auto own = hn::LoadU(d, samples);
+    const auto partner =
+        hn::IfThenElse(isLeft, hn::LoadU(d, samples + 1), hn::LoadU(d, samples - 1));
+    return {hn::IfThenElse(isChroma, own, partner), hn::IfThenElse(isChroma, partner, own)};
 }
 
-/// Colours the cells of the rows \p top and the next one.
-HWY_INLINE void cellRow(const BayerMosaic& mosaic, const PaddedRows& rows, int top,
-                        std::uint8_t* out)
+template <typename AnyPhase>
+HWY_INLINE PixelVector cellPixels(AnyPhase phase, const Row<1>& row, int x)
 {
-    const Shorts d;
-    const int width = mosaic.width;
-    const int chromaColumn = mosaic.chromaColumn(top);
-    const std::uint8_t* const upper = rows.row(top);
-    const std::uint8_t* const lower = rows.row(top + 1);
-    const bool isRedRow = mosaic.isRedRow(top);
-    const auto one = hn::Set(d, 1);
-    for (int x = 0; x < width; x += pixelsAtOnce()) {
-        const auto chroma = everySecond(upper + x + chromaColumn);
-        const auto upperGreen = everySecond(upper + x + 1 - chromaColumn);
-        const auto lowerGreen = everySecond(lower + x + chromaColumn);
-        const auto other = everySecond(lower + x + 1 - chromaColumn);
-        const auto green = hn::ShiftRight<1>(hn::Add(hn::Add(upperGreen, lowerGreen), one));
-        storePixels(isRedRow, twice(chroma), twice(green), twice(other), out + 3 * x);
-    }
+    const int otherRow = (row.y & 1) == 0 ? 1 : -1;
+    const ByteMask isChroma = phase.chromaLanes();
+    const ByteMask isGreen = hn::Not(isChroma);
+    const ByteMask isLeft = row.chromaColumn == 0 ? isChroma : isGreen;
+    const CellRow own = cellRow(row[0] + x, isLeft, isChroma);
+    const CellRow other = cellRow(row[otherRow] + x, isLeft, isGreen);
+    return {own.chroma, hn::AverageRound(own.green, other.green), other.chroma};
 }
 
 void cellRows(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb)
 {
-    Scratch scratch(PaddedRows::scratchBytes(mosaic.width, 2) +
-                    RowWriter::scratchBytes(mosaic.width));
-    PaddedRows rows(mosaic, 2, scratch);
-    const RowWriter writer(mosaic, rgb, scratch);
-    // Bands start at even rows, thus with a whole cell.
-    for (int y = band.first; y < band.last; y += 2) {
-        rows.load(y, y + 2);
-        cellRow(mosaic, rows, y, writer.row());
-        writer.write(y, 0, mosaic.width);
-        if (y + 1 < band.last)
-            writer.write(y + 1, 0, mosaic.width);
-    }
+    writeRows<1>(mosaic, band, rgb, [](auto phase, const Row<1>& row, int x) HWY_ATTR {
+        return cellPixels(phase, row, x);
+    });
 }
 
 } // namespace HWY_NAMESPACE

@@ -5,7 +5,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include <orvimg/debayer/rows-inl.h>
+#include <orvimg/debayer/picture_writer-inl.h>
 
 HWY_BEFORE_NAMESPACE();
 namespace orvimg
@@ -26,13 +26,13 @@ public:
         for (std::int16_t*& row : rows)
             row = scratch.take<std::int16_t>(strideFor(width)) + margin;
     }
-    /// \return the entry of the site at column row.first of row \p y.
+    /// \return the entry of the first chroma site of row \p y, counted from column 0 or -1.
     HWY_INLINE std::int16_t* row(int y) const { return rows[(y + 3) % 3]; }
 
-    /// Sites known on either side of the picture.
-    static constexpr int margin = 16;
-
 private:
+    // Sites on either side of the picture that a vector may hold.
+    static constexpr int margin = longestVector / 2 + 8;
+
     static std::size_t strideFor(int width)
     {
         return static_cast<std::size_t>(width) / 2 + 2 * margin + 64;
@@ -74,67 +74,83 @@ HWY_INLINE ShortVector greenAt(const Row<2>& row, int x)
     return hn::Min(hn::Max(green, hn::Zero(d)), hn::Set(d, 255));
 }
 
-HWY_INLINE void differenceRow(const Row<2>& row, std::int16_t* differences)
+/// The chroma site from which the sites of a row are counted: column 0, or -1 where the row starts
+/// with green.
+HWY_INLINE int origin(const Row<2>& row)
 {
-    const Shorts d;
-    const int margin = DifferenceRows::margin;
-    const int sites = (row.end - row.first) / 2 + 2;
-    for (int i = -margin; i < sites; i += pixelsAtOnce() / 2) {
-        const int x = row.first + 2 * i;
-        hn::StoreU(hn::Sub(everySecond(row[0] + x), greenAt(row, x)), d, differences + i);
+    return -row.chromaColumn;
+}
+
+HWY_INLINE void differenceRow(const Row<2>& row, int width, std::int16_t* differences)
+{
+    const int sitesAtOnce = pixelsAtOnce() / 2;
+    const int end = width / 2 + 2;
+    for (int i = -sitesAtOnce; i < end; i += sitesAtOnce) {
+        const int x = origin(row) + 2 * i;
+        hn::StoreU(hn::Sub(everySecond(row[0] + x), greenAt(row, x)), Shorts(), differences + i);
     }
 }
 
-/// \param above, here, below the differences at the site of column \p origin, and at the sites left
-///   of it in the neighbouring rows
-HWY_INLINE void edgeDirectedRow(const Row<2>& row, int origin, const std::int16_t* above,
-                                const std::int16_t* here, const std::int16_t* below)
+/// The differences around a row: its own at the origin, and at the sites left of that in the
+/// neighbouring rows.
+struct Differences {
+    const std::int16_t* above;
+    const std::int16_t* here;
+    const std::int16_t* below;
+};
+
+HWY_INLINE Differences differencesAround(const Row<2>& row, const DifferenceRows& rows)
+{
+    // A row that starts with chroma lies between rows that start left of the picture.
+    const int left = origin(row) == 0 ? 0 : -1;
+    return {rows.row(row.y - 1) + left, rows.row(row.y), rows.row(row.y + 1) + left};
+}
+
+template <typename AnyPhase>
+HWY_INLINE PixelVector edgeDirectedPixels(AnyPhase phase, const Row<2>& row, int x,
+                                          const Differences& differences)
 {
     const Shorts d;
     const auto one = hn::Set(d, 1);
     const auto two = hn::Set(d, 2);
-    for (int x = row.first; x < row.end; x += pixelsAtOnce()) {
-        const int i = (x - origin) / 2;
-        const auto chroma = everySecond(row[0] + x);
-        const auto green = everySecond(row[0] + x + 1);
-        const auto difference = hn::LoadU(d, here + i);
-        const auto greenAtChroma = hn::Sub(chroma, difference);
-        const auto across = hn::Add(difference, hn::LoadU(d, here + i + 1));
-        const auto left = hn::Add(hn::LoadU(d, above + i), hn::LoadU(d, below + i));
-        const auto right = hn::Add(hn::LoadU(d, above + i + 1), hn::LoadU(d, below + i + 1));
-        const auto chromaAtGreen = hn::Add(green, rounded(across, one, 1));
-        const auto otherAtChroma = hn::Add(greenAtChroma, rounded(hn::Add(left, right), two, 2));
-        const auto otherAtGreen = hn::Add(green, rounded(right, one, 1));
-        storePixels(row.isRed, joined(chroma, chromaAtGreen), joined(greenAtChroma, green),
-                    joined(otherAtChroma, otherAtGreen), row.rgb + 3 * x);
-    }
+    // Sites of chroma, and those left of green.
+    const int c = (x + phase.chroma - origin(row)) / 2;
+    const int g = c - phase.chroma;
+    const auto sum = [d](const std::int16_t* a, const std::int16_t* b)
+                         HWY_ATTR { return hn::Add(hn::LoadU(d, a), hn::LoadU(d, b)); };
+    const auto chroma = everySecond(row[0] + x + phase.chroma);
+    const auto green = everySecond(row[0] + x + phase.green);
+    const auto greenAtChroma = hn::Sub(chroma, hn::LoadU(d, differences.here + c));
+    const auto across = sum(differences.here + g, differences.here + g + 1);
+    const auto left = sum(differences.above + c, differences.below + c);
+    const auto right = sum(differences.above + c + 1, differences.below + c + 1);
+    const auto upright = sum(differences.above + g + 1, differences.below + g + 1);
+    const auto chromaAtGreen = hn::Add(green, rounded(across, one, 1));
+    const auto otherAtChroma = hn::Add(greenAtChroma, rounded(hn::Add(left, right), two, 2));
+    const auto otherAtGreen = hn::Add(green, rounded(upright, one, 1));
+    return {phase.joined(chroma, chromaAtGreen), phase.joined(greenAtChroma, green),
+            phase.joined(otherAtChroma, otherAtGreen)};
 }
 
 void edgeDirectedRows(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb)
 {
     constexpr int held = 6;
     Scratch scratch(PaddedRows::scratchBytes(mosaic.width, held) +
-                    RowWriter::scratchBytes(mosaic.width) +
                     DifferenceRows::scratchBytes(mosaic.width));
     PaddedRows rows(mosaic, held, scratch);
-    const RowWriter writer(mosaic, rgb, scratch);
+    const PictureWriter writer(mosaic, rgb);
     const DifferenceRows differences(mosaic.width, scratch);
-    rows.load(band.first - 3, band.first + 2);
+    for (int y = band.first - 3; y < band.first + 1; ++y)
+        rows.load(y);
     for (int y = band.first - 1; y <= band.last; ++y) {
         rows.load(y + 2);
-        differenceRow(rowAt<2>(mosaic, rows, y, writer.row()), differences.row(y));
-        const int done = y - 1;
-        if (done < band.first)
+        differenceRow(rowOfCopies<2>(mosaic, rows, y), mosaic.width, differences.row(y));
+        if (y - 1 < band.first)
             continue;
-        const Row<2> row = rowAt<2>(mosaic, rows, done, writer.row());
-        // A row that starts with chroma lies between rows that start left of the picture.
-        const int left = row.first == 0 ? 0 : -1;
-        const std::int16_t* const above = differences.row(done - 1) + left;
-        const std::int16_t* const here = differences.row(done);
-        const std::int16_t* const below = differences.row(done + 1) + left;
-        const int origin = row.first;
-        fillRow(row, done, rows, writer, [=](const Row<2>& piece) HWY_ATTR {
-            edgeDirectedRow(piece, origin, above, here, below);
+        const Row<2> row = rowOfCopies<2>(mosaic, rows, y - 1);
+        const Differences around = differencesAround(row, differences);
+        writer.write(row, row, [around](auto phase, const Row<2>& window, int x) HWY_ATTR {
+            return edgeDirectedPixels(phase, window, x, around);
         });
     }
 }

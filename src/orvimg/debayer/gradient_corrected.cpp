@@ -5,7 +5,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include <orvimg/debayer/rows-inl.h>
+#include <orvimg/debayer/picture_writer-inl.h>
 
 HWY_BEFORE_NAMESPACE();
 namespace orvimg
@@ -72,21 +72,22 @@ HWY_INLINE ShortVector chromaAtGreen(const Surroundings& s, ShortVector near, Sh
     return rounded<4>(hn::Add(hn::Add(half, half), farAside));
 }
 
-HWY_INLINE void gradientCorrectedRow(const Row<2>& row)
+template <typename AnyPhase>
+HWY_INLINE PixelVector gradientCorrectedPixels(AnyPhase phase, const Row<2>& row, int x)
 {
-    for (int x = row.first; x < row.end; x += pixelsAtOnce()) {
-        const Surroundings c = lookAround(row, x);
-        const Surroundings g = lookAround(row, x + 1);
-        const auto ownAtGreen = chromaAtGreen(g, g.across, g.farAcross, g.farUpright);
-        const auto otherAtGreen = chromaAtGreen(g, g.upright, g.farUpright, g.farAcross);
-        storePixels(row.isRed, joined(c.centre, ownAtGreen), joined(greenAtChroma(c), g.centre),
-                    joined(chromaAtChroma(c), otherAtGreen), row.rgb + 3 * x);
-    }
+    const Surroundings c = lookAround(row, x + phase.chroma);
+    const Surroundings g = lookAround(row, x + phase.green);
+    const auto ownAtGreen = chromaAtGreen(g, g.across, g.farAcross, g.farUpright);
+    const auto otherAtGreen = chromaAtGreen(g, g.upright, g.farUpright, g.farAcross);
+    return {phase.joined(c.centre, ownAtGreen), phase.joined(greenAtChroma(c), g.centre),
+            phase.joined(chromaAtChroma(c), otherAtGreen)};
 }
 
 void gradientCorrectedRows(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb)
 {
-    forEachRow<2>(mosaic, band, rgb, [](const Row<2>& row) HWY_ATTR { gradientCorrectedRow(row); });
+    writeRows<2>(mosaic, band, rgb, [](auto phase, const Row<2>& row, int x) HWY_ATTR {
+        return gradientCorrectedPixels(phase, row, x);
+    });
 }
 
 } // namespace HWY_NAMESPACE

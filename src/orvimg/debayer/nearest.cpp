@@ -5,7 +5,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include <orvimg/debayer/rows-inl.h>
+#include <orvimg/debayer/picture_writer-inl.h>
 
 HWY_BEFORE_NAMESPACE();
 namespace orvimg
@@ -13,24 +13,24 @@ namespace orvimg
 namespace HWY_NAMESPACE
 {
 
-HWY_INLINE void nearestRow(const Row<1>& row)
+template <typename AnyPhase>
+HWY_INLINE PixelVector nearestPixels(AnyPhase phase, const Row<1>& row, int x)
 {
     const Bytes d;
-    const auto isChroma = hn::MaskFromVec(hn::BitCast(d, hn::Set(Words(), 0x00FF)));
-    for (int x = row.first; x < row.end; x += pixelsAtOnce()) {
-        const auto own = hn::LoadU(d, row[0] + x);
-        const auto right = hn::LoadU(d, row[0] + x + 1);
-        const auto below = hn::LoadU(d, row[1] + x);
-        const auto diagonal = hn::LoadU(d, row[1] + x + 1);
-        storePixels(row.isRed, hn::IfThenElse(isChroma, own, right),
-                    hn::IfThenElse(isChroma, right, own), hn::IfThenElse(isChroma, diagonal, below),
-                    row.rgb + 3 * x);
-    }
+    const ByteMask isChroma = phase.chromaLanes();
+    const auto own = hn::LoadU(d, row[0] + x);
+    const auto right = hn::LoadU(d, row[0] + x + 1);
+    const auto below = hn::LoadU(d, row[1] + x);
+    const auto diagonal = hn::LoadU(d, row[1] + x + 1);
+    return {hn::IfThenElse(isChroma, own, right), hn::IfThenElse(isChroma, right, own),
+            hn::IfThenElse(isChroma, diagonal, below)};
 }
 
 void nearestRows(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb)
 {
-    forEachRow<1>(mosaic, band, rgb, [](const Row<1>& row) HWY_ATTR { nearestRow(row); });
+    writeRows<1>(mosaic, band, rgb, [](auto phase, const Row<1>& row, int x) HWY_ATTR {
+        return nearestPixels(phase, row, x);
+    });
 }
 
 } // namespace HWY_NAMESPACE

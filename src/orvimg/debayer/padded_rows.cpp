@@ -1,22 +1,11 @@
 #include <orvimg/debayer/padded_rows.h>
 
-#include <algorithm>
 #include <cstring>
-
-#include <hwy/cache_control.h>
 
 #include <orvimg/mirror.h>
 
 namespace orvimg
 {
-
-namespace
-{
-
-constexpr std::size_t longestVector = 64;
-constexpr int cacheLine = 64;
-
-} // namespace
 
 std::size_t PaddedRows::strideFor(int width)
 {
@@ -39,10 +28,29 @@ PaddedRows::PaddedRows(const BayerMosaic& source, int heldRows, Scratch& scratch
 
 void PaddedRows::load(int y)
 {
+    const std::uint8_t* const from = mosaic.row(y);
+    std::memcpy(target(y), from, static_cast<std::size_t>(mosaic.width));
+    mirrorEnds(from, target(y));
+}
+
+void PaddedRows::loadEnds(int y)
+{
+    constexpr int end = 3 * margin;
+    if (mosaic.width <= 2 * end) {
+        load(y);
+        return;
+    }
+    const std::uint8_t* const from = mosaic.row(y);
+    std::uint8_t* const to = target(y);
+    const int last = mosaic.width - end;
+    std::memcpy(to, from, end);
+    std::memcpy(to + last, from + last, end);
+    mirrorEnds(from, to);
+}
+
+void PaddedRows::mirrorEnds(const std::uint8_t* from, std::uint8_t* to) const
+{
     const std::ptrdiff_t width = mosaic.width;
-    const std::uint8_t* const from = mosaic.samples + mirrored(y, mosaic.height) * width;
-    std::uint8_t* const to = rows + slot(y) * stride + margin;
-    std::memcpy(to, from, static_cast<std::size_t>(width));
     if (width > margin) {
         for (std::ptrdiff_t i = 1; i <= margin; ++i) {
             to[-i] = from[i];
@@ -54,21 +62,6 @@ void PaddedRows::load(int y)
         to[-i] = from[mirrored(-i, width)];
         to[width - 1 + i] = from[mirrored(width - 1 + i, width)];
     }
-}
-
-void PaddedRows::prefetch(int y, int first, int end) const
-{
-    if (y < 0 || y >= mosaic.height)
-        return;
-    const std::uint8_t* const from = mosaic.samples + std::ptrdiff_t{y} * mosaic.width;
-    for (int x = first; x < end; x += cacheLine)
-        hwy::Prefetch(from + x);
-}
-
-void PaddedRows::load(int first, int end)
-{
-    for (int y = first; y < end; ++y)
-        load(y);
 }
 
 } // namespace orvimg

@@ -6,36 +6,40 @@
 namespace orvimg
 {
 
+/// Bytes of the longest vector that a kernel works with.
+constexpr int longestVector = 64;
+
 /// A window of rows of a mosaic that rolls down the picture. The rows are copies, mirrored
-/// beyond their ends, so that a kernel needs no border rules and may run over both ends.
+/// beyond their ends, so that a kernel needs no border rules and may run over both ends by a
+/// vector and its reach.
 class PaddedRows
 {
 public:
-    /// Samples of the mirrored picture on either side of a row.
-    static constexpr int margin = 64;
-
     /// \param count rows held at a time
     static std::size_t scratchBytes(int width, int count);
     PaddedRows(const BayerMosaic& source, int count, Scratch& scratch);
 
     /// Holds row \p y, any row of the endless mirrored picture, in place of row y - count.
     void load(int y);
-    void load(int first, int end);
-
-    /// Asks for samples of row \p y that will be loaded soon: the processor's own prefetching stops
-    /// at the end of each page, which is about each row.
-    void prefetch(int y, int first, int end) const;
+    /// As load(), but leaves out the middle of the row: both ends are whole for all vectors that
+    /// run over an end or start within a vector's length of it.
+    void loadEnds(int y);
 
     /// \return sample 0 of row \p y, which must be held.
     const std::uint8_t* row(int y) const { return rows + slot(y) * stride + margin; }
 
 private:
+    // Samples of the mirrored picture on either side of a row.
+    static constexpr int margin = longestVector + 16;
+
     static std::size_t strideFor(int width);
     std::size_t slot(int y) const
     {
         // Rows start a little above the picture.
         return static_cast<std::size_t>(y + margin * count) % static_cast<std::size_t>(count);
     }
+    std::uint8_t* target(int y) { return rows + slot(y) * stride + margin; }
+    void mirrorEnds(const std::uint8_t* from, std::uint8_t* to) const;
 
     BayerMosaic mosaic;
     int count;

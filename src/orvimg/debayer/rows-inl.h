@@ -7,13 +7,9 @@
 #define ORVIMG_DEBAYER_ROWS_INL_H_
 #endif
 
-#include <cstring>
-
-#include <hwy/cache_control.h>
 #include <hwy/highway.h>
 
 #include <orvimg/debayer/padded_rows.h>
-#include <orvimg/parallel.h>
 
 HWY_BEFORE_NAMESPACE();
 namespace orvimg
@@ -28,6 +24,7 @@ using Bytes = hn::CappedTag<std::uint8_t, 64>;
 using Words = hn::RepartitionToWide<Bytes>;
 using Shorts = hn::RebindToSigned<Words>;
 using ByteVector = hn::Vec<Bytes>;
+using ByteMask = hn::Mask<Bytes>;
 using ShortVector = hn::Vec<Shorts>;
 
 /// Pixels that a kernel makes at once.
@@ -84,144 +81,75 @@ HWY_INLINE void storeTriples(ByteVector red, ByteVector green, ByteVector blue, 
 #endif
 }
 
-/// \param chroma, other the chroma that the mosaic row has, and the other one
-HWY_INLINE void storePixels(bool isRedRow, ByteVector chroma, ByteVector green, ByteVector other,
-                            std::uint8_t* rgb)
-{
-    if (isRedRow)
-        storeTriples(chroma, green, other, rgb);
-    else
-        storeTriples(other, green, chroma, rgb);
-}
-
-/// Writes finished rows into the picture.
-class RowWriter
-{
-public:
-    static std::size_t scratchBytes(int width)
-    {
-        return rowBytes(width) + leftMargin + rightMargin + Scratch::blockOverhead;
-    }
-    RowWriter(const BayerMosaic& mosaic, std::uint8_t* rgb, Scratch& scratch)
-        : picture(rgb)
-        , bytes(rowBytes(mosaic.width))
-        , bypassesCache(bytes * static_cast<std::size_t>(mosaic.height) >= largePicture)
-        , line(scratch.take<std::uint8_t>(bytes + leftMargin + rightMargin) + leftMargin)
-    {
-    }
-    ~RowWriter()
-    {
-        if (bypassesCache)
-            hwy::FlushStream();
-    }
-    RowWriter(const RowWriter&) = delete;
-    RowWriter& operator=(const RowWriter&) = delete;
-
-    /// \return the first pixel of a row in the making; a vector may run over both ends.
-    std::uint8_t* row() const { return line; }
-    /// Copies pixels of row() to row \p y of the picture, from \p first to before \p end.
-    void write(int y, int first, int end) const
-    {
-        std::uint8_t* const target = picture + bytes * static_cast<std::size_t>(y);
-        const std::size_t from = 3 * static_cast<std::size_t>(first);
-        const std::size_t to = 3 * static_cast<std::size_t>(end);
-        if (bypassesCache)
-            stream(target, from, to);
-        else
-            std::memcpy(target + from, line + from, to - from);
-    }
-
-private:
-    static constexpr std::size_t leftMargin = 64;
-    static constexpr std::size_t rightMargin = 3 * 64 + 64;
-    // Above this the picture cannot stay in a cache anyway, and reading each line of it before it
-    // is overwritten would cost a third of the memory traffic.
-    static constexpr std::size_t largePicture = std::size_t{12} << 20;
-
-    static std::size_t rowBytes(int width) { return 3 * static_cast<std::size_t>(width); }
-
-    void stream(std::uint8_t* target, std::size_t from, std::size_t to) const
-    {
-        const Bytes d;
-        const std::size_t lanes = hn::Lanes(d);
-        const std::size_t misaligned = reinterpret_cast<std::uintptr_t>(target + from) % lanes;
-        std::size_t i = from + (misaligned == 0 ? 0 : lanes - misaligned);
-        if (i > to)
-            i = to;
-        std::memcpy(target + from, line + from, i - from);
-        for (; i + lanes <= to; i += lanes)
-            hn::Stream(hn::LoadU(d, line + i), d, target + i);
-        std::memcpy(target + i, line + i, to - i);
-    }
-
-    std::uint8_t* picture;
-    std::size_t bytes;
-    bool bypassesCache;
-    std::uint8_t* line;
+/// A vector of pixels: the chroma that their mosaic row has, green and the other chroma.
+struct PixelVector {
+    ByteVector chroma;
+    ByteVector green;
+    ByteVector other;
 };
 
-/// One row of a mosaic with its neighbours, and where its pixels go.
+HWY_INLINE void storePixels(bool isRedRow, PixelVector pixels, std::uint8_t* rgb)
+{
+    if (isRedRow)
+        storeTriples(pixels.chroma, pixels.green, pixels.other, rgb);
+    else
+        storeTriples(pixels.other, pixels.green, pixels.chroma, rgb);
+}
+
+/// Which sites of a mosaic row a vector holds: it starts with a chroma site or with a green one.
+template <bool startsWithChroma>
+struct Phase {
+    /// Columns from the start of the vector to its first chroma and its first green site.
+    static constexpr int chroma = startsWithChroma ? 0 : 1;
+    static constexpr int green = 1 - chroma;
+
+    static HWY_INLINE ByteMask chromaLanes()
+    {
+        constexpr std::uint16_t lanes = startsWithChroma ? 0x00FF : 0xFF00;
+        return hn::MaskFromVec(hn::BitCast(Bytes(), hn::Set(Words(), lanes)));
+    }
+    static HWY_INLINE ByteVector joined(ShortVector atChroma, ShortVector atGreen)
+    {
+        return startsWithChroma ? orvimg::HWY_NAMESPACE::joined(atChroma, atGreen)
+                                : orvimg::HWY_NAMESPACE::joined(atGreen, atChroma);
+    }
+};
+
+/// One row of a mosaic with its neighbours.
 template <int reach>
 struct Row {
     const std::uint8_t* samples[2 * reach + 1];
-    int first; ///< the first chroma: column 0, or -1 where the row starts with green
-    int end;
+    int y;
+    int chromaColumn; ///< 0 or 1: the first chroma site
     bool isRed;
-    std::uint8_t* rgb;
 
     /// \return sample 0 of the row \p dy rows below.
     HWY_INLINE const std::uint8_t* operator[](int dy) const { return samples[dy + reach]; }
 };
 
-template <int reach>
-HWY_INLINE Row<reach> rowAt(const BayerMosaic& mosaic, const PaddedRows& rows, int y,
-                            std::uint8_t* rgb)
+/// \param rowAt where each row, also one above or below the picture, has its sample 0
+template <int reach, typename RowAt>
+HWY_INLINE Row<reach> windowAround(const BayerMosaic& mosaic, int y, RowAt rowAt)
 {
     Row<reach> row;
     for (int dy = -reach; dy <= reach; ++dy)
-        row.samples[dy + reach] = rows.row(y + dy);
-    row.first = -mosaic.chromaColumn(y);
-    row.end = mosaic.width;
+        row.samples[dy + reach] = rowAt(y + dy);
+    row.y = y;
+    row.chromaColumn = mosaic.chromaColumn(y);
     row.isRed = mosaic.isRedRow(y);
-    row.rgb = rgb;
     return row;
 }
 
-/// Has kernel(row) fill the pixels of row \p y and writes them. Both take turns, a piece of the
-/// row each, so that the memory is never idle while the kernel computes; the row after the window
-/// is fetched.
-template <int reach, typename Kernel>
-HWY_INLINE void fillRow(Row<reach> row, int y, const PaddedRows& rows, const RowWriter& writer,
-                        Kernel kernel)
+template <int reach>
+HWY_INLINE Row<reach> rowInPlace(const BayerMosaic& mosaic, int y)
 {
-    constexpr int piece = 512; // pixels
-    const int width = row.end;
-    for (int written = 0; written < width;) {
-        const int end = row.first + piece < width ? row.first + piece : width;
-        row.end = end;
-        rows.prefetch(y + reach + 1, written, end);
-        kernel(row);
-        writer.write(y, written, end);
-        written = end;
-        row.first += piece;
-    }
+    return windowAround<reach>(mosaic, y, [&](int row) { return mosaic.row(row); });
 }
 
-/// Has kernel(row) fill the pixels of each row of the band.
-template <int reach, typename Kernel>
-HWY_INLINE void forEachRow(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb,
-                           Kernel kernel)
+template <int reach>
+HWY_INLINE Row<reach> rowOfCopies(const BayerMosaic& mosaic, const PaddedRows& rows, int y)
 {
-    constexpr int held = 2 * reach + 1;
-    Scratch scratch(PaddedRows::scratchBytes(mosaic.width, held) +
-                    RowWriter::scratchBytes(mosaic.width));
-    PaddedRows rows(mosaic, held, scratch);
-    const RowWriter writer(mosaic, rgb, scratch);
-    rows.load(band.first - reach, band.first + reach);
-    for (int y = band.first; y < band.last; ++y) {
-        rows.load(y + reach);
-        fillRow(rowAt<reach>(mosaic, rows, y, writer.row()), y, rows, writer, kernel);
-    }
+    return windowAround<reach>(mosaic, y, [&](int row) { return rows.row(row); });
 }
 
 } // namespace HWY_NAMESPACE

@@ -5,7 +5,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include <orvimg/debayer/rows-inl.h>
+#include <orvimg/debayer/picture_writer-inl.h>
 
 HWY_BEFORE_NAMESPACE();
 namespace orvimg
@@ -234,25 +234,26 @@ HWY_INLINE ShortVector quotient(ShortVector sum, ShortVector count)
     return hn::MulFixedPoint15(sum, hn::BitCast(d, bytes));
 }
 
-HWY_INLINE void variableGradientsRow(const Row<2>& row)
+template <typename AnyPhase>
+HWY_NOINLINE PixelVector variableGradientsPixels(AnyPhase phase, const Row<2>& row, int x)
 {
-    for (int x = row.first; x < row.end; x += pixelsAtOnce()) {
-        const auto chroma = everySecond(row[0] + x);
-        const auto green = everySecond(row[0] + x + 1);
-        const Sums c = sumsAtChroma(windowAt(row, x));
-        const auto greenAtChroma = hn::Add(chroma, quotient(c.first, c.count));
-        const auto otherAtChroma = hn::Add(chroma, quotient(c.second, c.count));
-        const Sums g = sumsAtGreen(windowAt(row, x + 1));
-        const auto chromaAtGreen = hn::Add(green, quotient(g.first, g.count));
-        const auto otherAtGreen = hn::Add(green, quotient(g.second, g.count));
-        storePixels(row.isRed, joined(chroma, chromaAtGreen), joined(greenAtChroma, green),
-                    joined(otherAtChroma, otherAtGreen), row.rgb + 3 * x);
-    }
+    const auto chroma = everySecond(row[0] + x + phase.chroma);
+    const auto green = everySecond(row[0] + x + phase.green);
+    const Sums c = sumsAtChroma(windowAt(row, x + phase.chroma));
+    const auto greenAtChroma = hn::Add(chroma, quotient(c.first, c.count));
+    const auto otherAtChroma = hn::Add(chroma, quotient(c.second, c.count));
+    const Sums g = sumsAtGreen(windowAt(row, x + phase.green));
+    const auto chromaAtGreen = hn::Add(green, quotient(g.first, g.count));
+    const auto otherAtGreen = hn::Add(green, quotient(g.second, g.count));
+    return {phase.joined(chroma, chromaAtGreen), phase.joined(greenAtChroma, green),
+            phase.joined(otherAtChroma, otherAtGreen)};
 }
 
 void variableGradientsRows(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb)
 {
-    forEachRow<2>(mosaic, band, rgb, [](const Row<2>& row) HWY_ATTR { variableGradientsRow(row); });
+    writeRows<2>(mosaic, band, rgb, [](auto phase, const Row<2>& row, int x) HWY_ATTR {
+        return variableGradientsPixels(phase, row, x);
+    });
 }
 
 } // namespace HWY_NAMESPACE
