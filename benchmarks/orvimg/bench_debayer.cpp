@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string>
 
+#include <orvimg/orvimg_threads.h>
 #include <support/BenchmarkSupport.h>
 
 #ifdef BENCHMARK_WITH_OPENCV
@@ -18,16 +19,18 @@ namespace
 constexpr int algorithms = 7;
 constexpr int rggb = 0;
 
-void registerOurs(const std::string& work, int algorithm)
+void registerOurs(const std::string& work, const std::string& who, int algorithm, int threads)
 {
     bench::registerWork(
-        work, "ours", [algorithm](benchmark::State& state, bench::PictureSize size) {
+        work, who, [algorithm, threads](benchmark::State& state, bench::PictureSize size) {
+            orvimg_set_threads(threads);
             const auto mosaic = bench::randomSamples<unsigned char>(size.pixels(), 255);
             const auto rgb = bench::filledSamples<unsigned char>(3 * size.pixels(), 0);
             for (auto _ : state) {
                 debayer24(mosaic.data(), size.width, size.height, rggb, algorithm, rgb.data());
                 benchmark::ClobberMemory();
             }
+            orvimg_set_threads(1);
         });
 }
 
@@ -66,7 +69,8 @@ int main(int argc, char** argv)
 {
     for (int algorithm = 0; algorithm < algorithms; ++algorithm) {
         const std::string work = "debayer" + std::to_string(algorithm);
-        registerOurs(work, algorithm);
+        registerOurs(work, "ours", algorithm, 1);
+        registerOurs(work, "threads2", algorithm, 2);
         registerMemcpy(work);
 #ifdef BENCHMARK_WITH_OPENCV
         if (algorithm == 5)
