@@ -78,7 +78,8 @@ private:
             return x;
         };
         int x = fillUntil(first, reach, padded);
-        x = fillUntil(x, mosaic.width - lanes - reach + 1, inPlace);
+        // Loading every second sample reads one beyond the last of them.
+        x = fillUntil(x, mosaic.width - lanes - reach, inPlace);
         fillUntil(x, mosaic.width, padded);
     }
 
