@@ -176,8 +176,18 @@ void HeadlessRun::pictureReady(const ProcessedFrame& frame)
 
 void HeadlessRun::streamChanged(StreamEvent event, const QString& detail)
 {
-    if (event == StreamEvent::Failed)
-        finish(detail);
-    else if (event == StreamEvent::Ended)
+    switch (event) {
+    case StreamEvent::Ended:
         finish(QString());
+        break;
+    case StreamEvent::Failed:
+        finish(detail);
+        break;
+    case StreamEvent::Vanished:
+        QTextStream(stderr) << "camview: waiting for the camera to return: " << detail << '\n';
+        break;
+    case StreamEvent::Returned:
+        QTextStream(stderr) << "camview: the camera is back\n";
+        break;
+    }
 }
