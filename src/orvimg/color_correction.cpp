@@ -263,7 +263,7 @@ std::array<Vector, 3> chromaMatrix(double hueDegrees, double saturation)
     const Vector cb = combined(cbScale, {0, 0, 1}, -cbScale, luma);
     const Vector cr = combined(crScale, {1, 0, 0}, -crScale, luma);
     constexpr double degree = 3.14159265358979323846 / 180;
-    const double angle = std::remainder(hueDegrees, 360.0) * degree;
+    const double angle = hueDegrees * degree;
     const double cosine = saturation * std::cos(angle);
     const double sine = saturation * std::sin(angle);
     const Vector turnedCb = combined(cosine, cb, sine, cr);
@@ -353,7 +353,8 @@ void color_correction_set(void* context, double redGain, double redOffset, doubl
                                         sane(blueOffset, 0)};
     const double scale = sane(lightness, 1);
     const double commonOffset = sane(offset, 0);
-    const auto chroma = orvimg::chromaMatrix(sane(hue, 0), sane(saturation, 1));
+    const double turn = sane(std::remainder(hue, 360.0), 0); // of an endless hue: none
+    const auto chroma = orvimg::chromaMatrix(turn, sane(saturation, 1));
 
     auto& color = *static_cast<orvimg::ColorContext*>(context);
     for (std::size_t row = 0; row < 3; ++row) {

@@ -72,7 +72,8 @@ ORVIMG_EXPORT void* color_correction_init(void);
 /// Configure a context: channel gains first; then the chroma of Y = 0.299 R + 0.587 G + 0.114 B
 /// is turned by \p hue degrees and scaled by \p saturation (luma is kept); then all channels
 /// are scaled by \p lightness; last the channel's offset and the common \p offset, fractions
-/// of full scale, are added. Rounded to nearest, to within 1. NaN counts as the neutral value.
+/// of full scale, are added. Rounded to nearest, to within 1. NaN counts as the neutral
+/// value, and so does an infinite hue.
 ORVIMG_EXPORT void color_correction_set(void* context, double redGain, double redOffset,
                                         double greenGain, double greenOffset, double blueGain,
                                         double blueOffset, double hue, double saturation,
