@@ -149,7 +149,8 @@ TEST_F(SettingsTest, ReadsOnlyWhatIsThereAtAnyDepthTheLastWins)
     EXPECT_EQ(fieldsOf(read("<x><Gamma>1</Gamma><y><Unknown>7</Unknown><z>"
                             "<Gamma a='1'> 2.<!-- -->5 </Gamma></z></y></x>\r\n")),
               fieldsOf(expected));
-    EXPECT_EQ(fieldsOf(read("<!DOCTYPE x [<!ENTITY g '2.5'>]><x><Gamma>&g;</Gamma></x>")),
+    EXPECT_EQ(fieldsOf(read("<!DOCTYPE x [<!ENTITY g '<Gamma>2.5</Gamma>'><!ATTLIST x a CDATA ''>]>"
+                            "<s:x xmlns:s='urn'><s:Gamma>1</s:Gamma>&g;</s:x>")),
               fieldsOf(expected));
     EXPECT_EQ(collector().text, "");
 }
@@ -188,6 +189,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Hostile{"NestedAMillionDeep",
                             start + QByteArray("<a>").repeated(1000000) + end},
                     Hostile{"UndeclaredEntity", start + "<Contrast>&x;</Contrast>" + end},
+                    Hostile{"UndeclaredPrefix", start + "<x:Contrast>1</x:Contrast>" + end},
                     Hostile{"EntityOfTooMuchText", "<!DOCTYPE x [<!ENTITY e '" +
                                                        QByteArray(4000, 'x') + "'>]>" + start +
                                                        QByteArray("&e;").repeated(1000000) + end},

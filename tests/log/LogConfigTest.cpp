@@ -105,8 +105,8 @@ QByteArray manyAttributes(int count)
 {
     QByteArray attributes;
     for (int i = 0; i < count; ++i)
-        attributes += " a" + QByteArray::number(i) + "='<!--'";
-    return "<S><Logs" + attributes.replace('<', '[') + "/></S>";
+        attributes += " a" + QByteArray::number(i) + "=''";
+    return "<S><Logs" + attributes + "/></S>";
 }
 
 QByteArray chainOfEntities(int count)
@@ -115,6 +115,40 @@ QByteArray chainOfEntities(int count)
     for (int i = 1; i < count; ++i)
         chain += "<!ENTITY e" + QByteArray::number(i) + " '&e" + QByteArray::number(i - 1) + ";'>";
     return chain + "]><S><Logs/>&e" + QByteArray::number(count - 1) + ";</S>";
+}
+
+// References to parameter entities, each of which holds ten of the one before.
+QByteArray parameterEntityBomb()
+{
+    QByteArray bomb = "<!DOCTYPE S [<!ENTITY % p0 '          '>";
+    for (char i = '1'; i <= '9'; ++i)
+        bomb += QByteArray("<!ENTITY % p") + i + " '" +
+                ("&#37;p" + QByteArray(1, char(i - 1)) + ";").repeated(10) + "'>";
+    return bomb + "%p9;]><S><Logs/></S>";
+}
+
+// Entities of 210 characters of markup.
+QByteArray markupEntities(int references)
+{
+    return "<!DOCTYPE S [<!ENTITY e '" + QByteArray("<a b=\"1\"/>").repeated(21) +
+           "'>]><S><Logs/>" + QByteArray("&e;").repeated(references) + "</S>";
+}
+
+QByteArray declaredAttributes(int tags)
+{
+    QByteArray declarations;
+    for (int i = 0; i < 250; ++i)
+        declarations += " b" + QByteArray::number(i) + " CDATA ''";
+    return "<!DOCTYPE S [<!ATTLIST a" + declarations + ">]><S><Logs/>" +
+           QByteArray("<a/>").repeated(tags) + "</S>";
+}
+
+// An entity with a long name, which counts as it was declared first.
+QByteArray entityDeclaredTwice()
+{
+    const QByteArray name(1500, 'n');
+    return "<!DOCTYPE S [<!ENTITY " + name + " '" + QByteArray(10000, 'x') + "'><!ENTITY " + name +
+           " ''>]><S><Logs/>" + ("&" + name + ";").repeated(105) + "</S>";
 }
 
 class LogConfigFault : public LogConfigTest, public testing::WithParamInterface<Fault>
@@ -148,11 +182,19 @@ INSTANTIATE_TEST_SUITE_P(
               invalid},
         Fault{"EntityOfTooMuchText", repeatedEntity(4000, 263), invalid},
         Fault{"AMillionReferences", repeatedEntity(4000, 1000000), invalid},
-        Fault{"LongChainOfEntities", chainOfEntities(100000), invalid},
-        Fault{"ParameterEntity", "<!DOCTYPE S [<!ENTITY % a ''>%a;]><S><Logs/></S>", invalid},
+        Fault{"LongChainOfEntities", chainOfEntities(101), invalid},
+        Fault{"LongDocumentType", "<!DOCTYPE S [" + QByteArray(1 << 14, ' ') + "]><S><Logs/></S>",
+              invalid},
+        Fault{"ParameterEntityBomb", parameterEntityBomb(), invalid},
+        Fault{"MarkupEntityBomb", markupEntities(24), invalid},
+        Fault{"DeclaredAttributesTimesTags", declaredAttributes(20000), invalid},
+        Fault{"EntityDeclaredTwice", entityDeclaredTwice(), invalid},
+        Fault{"AttributesBehindACommentInAnEntity",
+              "<!DOCTYPE S [<!ENTITY e '> <!-- '>]>" + manyAttributes(200000) + "<!-- -->",
+              invalid},
         Fault{"NestedTooDeeply", "<S><Logs/>" + nested(1000) + "</S>", invalid},
         Fault{"NestedAMillionDeep", nested(1000000), invalid},
-        Fault{"TooManyAttributes", manyAttributes(200000), invalid},
+        Fault{"TooManyAttributes", manyAttributes(8192), invalid},
         Fault{"NoLogs", "<Settings><logs/><autoTuneType/></Settings>", noLogs},
         Fault{"LogsIsTheDocumentElement", "<Logs ManagerLogFile='m.txt'/>", noLogs},
         Fault{"TwoLogs", "<S><Logs ManagerLogFile='m.txt'/><x><Logs/></x></S>", twoLogs},
@@ -161,13 +203,28 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(LogConfigTest, ReadsWhatLiesJustInsideTheBounds)
 {
-    EXPECT_NO_THROW(load("<S><Logs/>" + nested(999) + "</S>"));
-    EXPECT_NO_THROW(load(repeatedEntity(4000, 262)));
-    EXPECT_NO_THROW(load(repeatedEntity(1000000, 1)));
-    EXPECT_NO_THROW(load(manyAttributes(100)));
-    EXPECT_NO_THROW(load("<S><Logs/><!--" + QByteArray(10 << 20, '"') + "--></S>"));
-    EXPECT_NO_THROW(load("\xEF\xBB\xBF<S><Logs/></S>\r\n"));
-    EXPECT_NO_THROW(load("<S><Logs b='" + QByteArray(10 << 20, 'x') + "'/></S>"));
+    for (const QByteArray& document :
+         {"<S><Logs/>" + nested(999) + "</S>", repeatedEntity(4000, 262), repeatedEntity(16000, 65),
+          manyAttributes(8191), "<S><Logs/><!--" + QByteArray(10 << 20, '"') + "--></S>",
+          "<S><Logs b='" + QByteArray(10 << 20, 'x') + "'/></S>",
+          QByteArray("\xEF\xBB\xBF<S><Logs/></S>\r\n"), markupEntities(23), chainOfEntities(100),
+          declaredAttributes(1000)})
+        EXPECT_NO_THROW(load(document)) << document.left(50).constData();
+}
+
+TEST_F(LogConfigTest, FollowsADocumentType)
+{
+    load("<?xml version='1.0'?><!-- <!DOCTYPE --><!DOCTYPE S SYSTEM 'settings.dtd' ["
+         "<!ENTITY % inside '<!ENTITY camera \"Cam&#101;ra\">'> %inside;"
+         "<!ENTITY logs '<CDelayedProcessorTextLog><Register value=\"&camera;\"/>"
+         "</CDelayedProcessorTextLog>'>"
+         "<!ATTLIST Logs ManagerLogFile CDATA 'manager.txt' other (a|b) #IMPLIED>"
+         "<!ENTITY % outside SYSTEM 'outside.ent'> "
+         "%outside;]><S><Logs>&logs;&defined_outside;</Logs></S>");
+    EXPECT_EQ(contents("manager.txt"), "---Start parsing log settings\n"
+                                       "CDelayedProcessorTextLog\n"
+                                       "Registered textLog as \"Camera\"\n"
+                                       "---End parsing log settings\n");
 }
 
 TEST_F(LogConfigTest, RefusesAFileBeyond64MiB)

@@ -210,7 +210,6 @@ bool ImgCorrectionSettings::readSettings(const QString& fileName, ImgCorrectionS
         return false;
     }
     QXmlStreamReader reader(readBoundedXml(file));
-    reader.setNamespaceProcessing(false); // costly where a document declares many prefixes
     reader.setEntityExpansionLimit(maxXmlExpansion);
     return readSettings(reader, settings);
 }

@@ -12,7 +12,8 @@ namespace
 {
 
 constexpr qint64 maxFileSize = qint64(64) << 20;
-constexpr int maxAttributes = 100; // a reader compares each with each
+constexpr int maxDocumentType = 1 << 14; // characters
+constexpr qint64 maxTagCost = qint64(1) << 26;
 constexpr int maxEntityNesting = 100;
 constexpr int nowhere = -1;
 
@@ -62,66 +63,109 @@ QString decoded(const QByteArray& bytes)
     return text;
 }
 
-// The declarations by which a document type makes its own reading expensive.
-int findCostlyDeclaration(const QString& text)
+// The next '<' that begins neither a comment nor a processing instruction nor a CDATA section.
+int findTag(const QString& text, int from)
 {
-    static const QRegularExpression costly(QStringLiteral("<!ATTLIST|<!ENTITY\\s+%"));
-    return text.contains(QLatin1String("<!DOCTYPE")) ? text.indexOf(costly) : nowhere;
+    static const struct {
+        QLatin1String start;
+        QLatin1String end;
+    } skipped[] = {{QLatin1String("<!--"), QLatin1String("-->")},
+                   {QLatin1String("<?"), QLatin1String("?>")},
+                   {QLatin1String("<![CDATA["), QLatin1String("]]>")}};
+    for (;;) {
+        const int start = text.indexOf(QLatin1Char('<'), from);
+        if (start == nowhere)
+            return nowhere;
+        const auto* const section =
+            std::find_if(std::begin(skipped), std::end(skipped), [&](const auto& candidate) {
+                return text.midRef(start).startsWith(candidate.start);
+            });
+        if (section == std::end(skipped))
+            return start;
+        from = text.indexOf(section->end, start + section->start.size());
+        if (from == nowhere)
+            return nowhere;
+    }
 }
 
-// What the references to the entities of a document expand to, in characters.
+struct DocumentType {
+    int end = 0;
+    QXmlStreamEntityDeclarations entities;
+    qint64 declarations = 0; // at most, of what a reader compares with each tag and attribute
+    bool isExcessive = false;
+};
+
+DocumentType readDocumentType(const QString& text, int start)
+{
+    DocumentType type;
+    type.declarations = text.count(QLatin1String("xmlns"));
+    if (start == nowhere || !text.midRef(start).startsWith(QLatin1String("<!DOCTYPE")))
+        return type;
+    // Of this length it cannot hold many references, each of which Qt bounds by default.
+    QXmlStreamReader reader(text.mid(start, maxDocumentType));
+    while (!reader.atEnd() && !reader.isDTD())
+        reader.readNext();
+    type.isExcessive = reader.hasError();
+    type.end = start + static_cast<int>(reader.characterOffset());
+    type.entities = reader.entityDeclarations();
+    if (reader.text().contains(QLatin1String("<!ATTLIST")))
+        type.declarations += reader.text().size(); // parameter entities expanded
+    return type;
+}
+
+// What the references to the entities of a document cost: a character each, or in markup, what a
+// tag costs that is all attributes.
 class EntityExpansion
 {
 public:
-    explicit EntityExpansion(const QXmlStreamEntityDeclarations& declarations)
+    explicit EntityExpansion(const DocumentType& type)
+        : declarations(type.declarations)
     {
-        for (const QXmlStreamEntityDeclaration& entity : declarations)
-            values.insert(entity.name().toString(), entity.value().toString());
+        for (const QXmlStreamEntityDeclaration& entity : type.entities) {
+            QString& value = values[entity.name().toString()];
+            if (value.isNull()) // the first declaration of a name is the one that counts
+                value = entity.value().toString();
+        }
     }
 
-    // The first reference that brings the sum of all expansions above the limit.
+    // The first reference behind `from` that brings the sum of all costs above the limit.
     int findExcess(const QString& text, int from) const
     {
-        qint64 total = 0;
-        for (int i = text.indexOf(QLatin1Char('&'), from); i != nowhere;
-             i = text.indexOf(QLatin1Char('&'), i + 1)) {
-            total += lengthOf(nameAt(text, i), 0);
-            if (total > maxXmlExpansion)
+        qint64 cost = 0;
+        return findExcess(text, from, 0, cost);
+    }
+
+private:
+    int findExcess(const QString& text, int from, int nesting, qint64& cost) const
+    {
+        for (int i = text.indexOf(QLatin1Char('&'), from); i != nowhere;) {
+            const int next = text.indexOf(QLatin1Char('&'), i + 1);
+            const int end = next == nowhere ? text.size() : next;
+            const QStringRef rest = text.midRef(i + 1, end - i - 1);
+            cost += costOf(rest.left(rest.indexOf(QLatin1Char(';'))).toString(), nesting);
+            if (cost > maxXmlExpansion)
                 return i;
+            i = next;
         }
         return nowhere;
     }
 
-private:
-    static QString nameAt(const QString& text, int ampersand)
-    {
-        constexpr int maxNameLength = 1000;
-        const auto name = text.mid(ampersand + 1, maxNameLength);
-        return name.left(std::max(0, name.indexOf(QLatin1Char(';'))));
-    }
-
-    qint64 lengthOf(const QString& name, int nesting) const
+    qint64 costOf(const QString& name, int nesting) const
     {
         const auto value = values.constFind(name);
         if (value == values.constEnd())
             return 0;
-        const auto known = lengths.constFind(name);
-        if (known != lengths.constEnd())
+        const auto known = costs.constFind(name);
+        if (known != costs.constEnd())
             return *known;
-        const qint64 length = nesting < maxEntityNesting && !holdsMarkup(*value)
-                                  ? expandedLength(*value, nesting)
-                                  : maxXmlExpansion + 1;
-        lengths.insert(name, length);
-        return length;
-    }
-
-    qint64 expandedLength(const QString& value, int nesting) const
-    {
-        qint64 length = value.size();
-        for (int i = value.indexOf(QLatin1Char('&')); i != nowhere && length <= maxXmlExpansion;
-             i = value.indexOf(QLatin1Char('&'), i + 1))
-            length += lengthOf(nameAt(value, i), nesting + 1);
-        return length;
+        qint64 cost = nesting < maxEntityNesting ? value->size() : excessive;
+        if (cost < excessive)
+            findExcess(*value, 0, nesting + 1, cost);
+        if (holdsMarkup(*value))
+            cost *= cost + declarations;
+        cost = std::min(cost, excessive);
+        costs.insert(name, cost);
+        return cost;
     }
 
     static bool holdsMarkup(const QString& value)
@@ -130,64 +174,39 @@ private:
         return value.contains(markup);
     }
 
+    static constexpr qint64 excessive = maxXmlExpansion + 1;
+
+    qint64 declarations;
     QHash<QString, QString> values;
-    mutable QHash<QString, qint64> lengths;
+    mutable QHash<QString, qint64> costs;
 };
 
-int findExcessiveExpansion(const QString& text)
+// The end of the tag at `start`, or of the text.
+int endOfTag(const QString& text, int start, qint64& attributes)
 {
-    if (!text.contains(QLatin1String("<!ENTITY")))
-        return nowhere;
-    QXmlStreamReader reader(text);
-    while (!reader.atEnd() && !reader.isDTD() && !reader.isStartElement())
-        reader.readNext();
-    if (!reader.isDTD())
-        return nowhere;
-    return EntityExpansion(reader.entityDeclarations())
-        .findExcess(text, static_cast<int>(reader.characterOffset()));
-}
-
-// The end of the tag at `start`, or its start if it has too many attributes.
-int endOfTag(const QString& text, int start)
-{
-    int attributes = 0;
-    for (int i = start; i != nowhere && i < text.size(); ++i) {
-        const QChar character = text[i];
-        if (character == QLatin1Char('>'))
-            return i;
-        if (character != QLatin1Char('"') && character != QLatin1Char('\''))
+    int i = start;
+    for (; i < text.size() && text[i] != QLatin1Char('>'); ++i) {
+        if (text[i] != QLatin1Char('"') && text[i] != QLatin1Char('\''))
             continue;
-        if (++attributes > maxAttributes)
-            return start;
-        i = text.indexOf(character, i + 1);
+        ++attributes;
+        i = text.indexOf(text[i], i + 1);
         if (i == nowhere)
-            return nowhere;
+            return text.size();
     }
-    return nowhere;
+    return i;
 }
 
-int findExcessiveAttributes(const QString& text)
+// The first tag that brings the sum of all costs above the limit: a reader compares each
+// attribute of a tag with each other one, and with all that the document declares.
+int findCostlyTag(const QString& text, int from, qint64 declarations)
 {
-    struct Skipped {
-        QLatin1String start;
-        QLatin1String end;
-    };
-    static const Skipped skipped[] = {{QLatin1String("<!--"), QLatin1String("-->")},
-                                      {QLatin1String("<![CDATA["), QLatin1String("]]>")},
-                                      {QLatin1String("<!"), QLatin1String(">")},
-                                      {QLatin1String("<?"), QLatin1String("?>")}};
-    for (int i = text.indexOf(QLatin1Char('<')); i != nowhere;
-         i = text.indexOf(QLatin1Char('<'), i)) {
-        const QStringView rest = QStringView(text).mid(i);
-        const auto* const section =
-            std::find_if(std::begin(skipped), std::end(skipped),
-                         [rest](const Skipped& item) { return rest.startsWith(item.start); });
-        const int end = section != std::end(skipped)
-                            ? text.indexOf(section->end, i + section->start.size())
-                            : endOfTag(text, i);
-        if (end == i || end == nowhere)
-            return end;
-        i = end;
+    qint64 cost = 0;
+    for (int tag = findTag(text, from); tag != nowhere; tag = findTag(text, from)) {
+        qint64 attributes = 0;
+        from = endOfTag(text, tag, attributes);
+        cost += (attributes + 1) * (attributes + declarations);
+        if (cost > maxTagCost)
+            return tag;
     }
     return nowhere;
 }
@@ -200,8 +219,9 @@ QString readBoundedXml(QIODevice& device)
     QString text = decoded(bytes);
     if (bytes.size() > maxFileSize)
         cut(text, text.size());
-    cut(text, findCostlyDeclaration(text));
-    cut(text, findExcessiveAttributes(text));
-    cut(text, findExcessiveExpansion(text));
+    const int start = findTag(text, 0);
+    const DocumentType type = readDocumentType(text, start);
+    cut(text, type.isExcessive ? start : findCostlyTag(text, type.end, type.declarations));
+    cut(text, EntityExpansion(type).findExcess(text, type.end));
     return text;
 }

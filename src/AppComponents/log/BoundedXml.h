@@ -12,8 +12,13 @@ constexpr int maxXmlDepth = 1000;
 /// Documents that no person writes could cost a reader unbounded time or memory. Where a document
 /// exceeds a bound, or holds bytes that its encoding does not allow, the text is cut and given an
 /// end that no document may have: a reader finds what stands before, and then an error. The
-/// bounds are a file of 64 MiB, 1 MiB of expanded entities, entities without markup, 100
-/// attributes per element, and no parameter entities or attribute lists in the document type.
+/// bounds are
+/// - a file of 64 MiB;
+/// - a document type of 16 Ki characters, and 4096 that a reference inside it expands to;
+/// - 1 Mi characters of expanded entities, of which markup counts by its square;
+/// - 64 Mi comparisons of the attributes of tags with each other and with what the document
+///   declares: some 8,000 attributes in one tag, or more ordinary tags than a file can hold.
+///
 /// Nesting is left to the reader.
 QString readBoundedXml(QIODevice& device);
 
