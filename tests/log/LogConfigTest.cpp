@@ -15,7 +15,6 @@
 #include <gmock/gmock.h>
 
 #include <QDir>
-#include <QDomDocument>
 #include <QTemporaryDir>
 
 using testing::IsEmpty;
@@ -56,11 +55,6 @@ protected:
         LogConfig::LoadFromFile("config.xml");
     }
 
-    static void loadLogs(const QByteArray& logs)
-    {
-        load("<Settings><Logs ManagerLogFile='manager.txt'>" + logs + "</Logs></Settings>");
-    }
-
     static std::set<CBaseLog*>& textLogs(const wchar_t* name)
     {
         return CLogManager::getLogList(textLog, name);
@@ -85,70 +79,61 @@ QByteArray nested(int levels)
     return QByteArray("<a>").repeated(levels) + QByteArray("</a>").repeated(levels);
 }
 
-// Ten entities, each ten times the one before.
-QByteArray entityBomb()
+QByteArray declaring(const QByteArray& declarations, const QByteArray& content)
 {
-    QByteArray bomb = "<!DOCTYPE S [<!ENTITY e0 'lol'>";
-    for (char i = '1'; i <= '9'; ++i)
-        bomb += QByteArray("<!ENTITY e") + i + " '" +
-                ("&e" + QByteArray(1, char(i - 1)) + ";").repeated(10) + "'>";
-    return bomb + "]><S><Logs a='&e9;'/></S>";
+    return "<!DOCTYPE S [" + declarations + "]><S><Logs/>" + content + "</S>";
+}
+
+QByteArray repeatedEntity(const QByteArray& value, int references)
+{
+    return declaring("<!ENTITY e '" + value + "'>", QByteArray("&e;").repeated(references));
 }
 
 QByteArray repeatedEntity(int length, int references)
 {
-    return "<!DOCTYPE S [<!ENTITY e '" + QByteArray(length, 'x') + "'>]><S><Logs/>" +
-           QByteArray("&e;").repeated(references) + "</S>";
+    return repeatedEntity(QByteArray(length, 'x'), references);
+}
+
+const QByteArray markup = QByteArray("<a b=\"1\"/>").repeated(21);
+
+// Entities that each hold the one before several times.
+QByteArray nestedEntities(int count, const char* kind, const char* reference, int times)
+{
+    QByteArray declarations;
+    for (int i = 0; i < count; ++i)
+        declarations += QByteArray("<!ENTITY ") + kind + "e" + QByteArray::number(i) + " '" +
+                        (reference + QByteArray("e") + QByteArray::number(i - 1) + ";")
+                            .repeated(i ? times : 0) +
+                        "x'>";
+    return declarations;
+}
+
+QByteArray numbered(const char* before, int count, const char* after)
+{
+    QByteArray text;
+    for (int i = 0; i < count; ++i)
+        text += before + QByteArray::number(i) + after;
+    return text;
 }
 
 QByteArray manyAttributes(int count)
 {
-    QByteArray attributes;
-    for (int i = 0; i < count; ++i)
-        attributes += " a" + QByteArray::number(i) + "=''";
-    return "<S><Logs" + attributes + "/></S>";
-}
-
-QByteArray chainOfEntities(int count)
-{
-    QByteArray chain = "<!DOCTYPE S [<!ENTITY e0 'x'>";
-    for (int i = 1; i < count; ++i)
-        chain += "<!ENTITY e" + QByteArray::number(i) + " '&e" + QByteArray::number(i - 1) + ";'>";
-    return chain + "]><S><Logs/>&e" + QByteArray::number(count - 1) + ";</S>";
-}
-
-// References to parameter entities, each of which holds ten of the one before.
-QByteArray parameterEntityBomb()
-{
-    QByteArray bomb = "<!DOCTYPE S [<!ENTITY % p0 '          '>";
-    for (char i = '1'; i <= '9'; ++i)
-        bomb += QByteArray("<!ENTITY % p") + i + " '" +
-                ("&#37;p" + QByteArray(1, char(i - 1)) + ";").repeated(10) + "'>";
-    return bomb + "%p9;]><S><Logs/></S>";
-}
-
-// Entities of 210 characters of markup.
-QByteArray markupEntities(int references)
-{
-    return "<!DOCTYPE S [<!ENTITY e '" + QByteArray("<a b=\"1\"/>").repeated(21) +
-           "'>]><S><Logs/>" + QByteArray("&e;").repeated(references) + "</S>";
+    return "<S><Logs" + numbered(" a", count, "=''") + "/></S>";
 }
 
 QByteArray declaredAttributes(int tags)
 {
-    QByteArray declarations;
-    for (int i = 0; i < 250; ++i)
-        declarations += " b" + QByteArray::number(i) + " CDATA ''";
-    return "<!DOCTYPE S [<!ATTLIST a" + declarations + ">]><S><Logs/>" +
-           QByteArray("<a/>").repeated(tags) + "</S>";
+    return declaring("<!ATTLIST a" + numbered(" b", 250, " CDATA ''") + ">",
+                     QByteArray("<a/>").repeated(tags));
 }
 
 // An entity with a long name, which counts as it was declared first.
 QByteArray entityDeclaredTwice()
 {
     const QByteArray name(1500, 'n');
-    return "<!DOCTYPE S [<!ENTITY " + name + " '" + QByteArray(10000, 'x') + "'><!ENTITY " + name +
-           " ''>]><S><Logs/>" + ("&" + name + ";").repeated(105) + "</S>";
+    return declaring("<!ENTITY " + name + " '" + QByteArray(10000, 'x') + "'><!ENTITY " + name +
+                         " ''>",
+                     ("&" + name + ";").repeated(105));
 }
 
 class LogConfigFault : public LogConfigTest, public testing::WithParamInterface<Fault>
@@ -168,33 +153,28 @@ TEST_P(LogConfigFault, ThrowsAndBuildsNothing)
 INSTANTIATE_TEST_SUITE_P(
     Documents, LogConfigFault,
     testing::Values(
-        Fault{"Empty", "", invalid}, Fault{"NoXml", "ManagerLogFile=m.txt\n", invalid},
+        Fault{"Empty", "", invalid},
         Fault{"Truncated", "<S><Logs ManagerLogFile='m.txt'><CConsoleTextLog/></Logs>", invalid},
-        Fault{"CutInTheMiddleOfATag", "<S><Logs><CConsoleTe", invalid},
-        Fault{"TwoDocumentElements", "<S><Logs/></S><S/>", invalid},
         Fault{"InvalidUtf8", "<S><Logs ManagerLogFile='m\xFF.txt'/></S>", invalid},
         Fault{"CutUtf8", "<S><Logs/></S><!--\xD0", invalid},
-        Fault{"ZeroBytes", QByteArray("<S><Logs/>\0</S>", 15), invalid},
         Fault{"UnknownEncoding", "<?xml version='1.0' encoding='klingon'?><S><Logs/></S>", invalid},
         Fault{"UndeclaredEntity", "<S><Logs/>&nope;</S>", invalid},
-        Fault{"EntityBomb", entityBomb(), invalid},
-        Fault{"EntityLoop", "<!DOCTYPE S [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><S><Logs/>&a;</S>",
-              invalid},
-        Fault{"EntityOfTooMuchText", repeatedEntity(4000, 263), invalid},
+        Fault{"EntityBomb", declaring(nestedEntities(10, "", "&", 10), "<a b='&e9;'/>"), invalid},
+        Fault{"EntityLoop", declaring("<!ENTITY a '&b;'><!ENTITY b '&a;'>", "&a;"), invalid},
         Fault{"AMillionReferences", repeatedEntity(4000, 1000000), invalid},
-        Fault{"LongChainOfEntities", chainOfEntities(101), invalid},
-        Fault{"LongDocumentType", "<!DOCTYPE S [" + QByteArray(1 << 14, ' ') + "]><S><Logs/></S>",
-              invalid},
-        Fault{"ParameterEntityBomb", parameterEntityBomb(), invalid},
-        Fault{"MarkupEntityBomb", markupEntities(24), invalid},
-        Fault{"DeclaredAttributesTimesTags", declaredAttributes(20000), invalid},
+        Fault{"EntitiesJustTooLong", repeatedEntity(4000, 263), invalid},
+        Fault{"MarkupJustTooLong", repeatedEntity(markup, 24), invalid},
         Fault{"EntityDeclaredTwice", entityDeclaredTwice(), invalid},
+        Fault{"ChainOfEntities", declaring(nestedEntities(101, "", "&", 1), "&e100;"), invalid},
+        Fault{"ParameterEntityBomb", declaring(nestedEntities(10, "% ", "&#37;", 10) + "%e9;", ""),
+              invalid},
+        Fault{"LongDocumentType", declaring(QByteArray(1 << 14, ' '), ""), invalid},
+        Fault{"DeclaredAttributesTimesTags", declaredAttributes(20000), invalid},
+        Fault{"TooManyAttributes", manyAttributes(8192), invalid},
         Fault{"AttributesBehindACommentInAnEntity",
               "<!DOCTYPE S [<!ENTITY e '> <!-- '>]>" + manyAttributes(200000) + "<!-- -->",
               invalid},
         Fault{"NestedTooDeeply", "<S><Logs/>" + nested(1000) + "</S>", invalid},
-        Fault{"NestedAMillionDeep", nested(1000000), invalid},
-        Fault{"TooManyAttributes", manyAttributes(8192), invalid},
         Fault{"NoLogs", "<Settings><logs/><autoTuneType/></Settings>", noLogs},
         Fault{"LogsIsTheDocumentElement", "<Logs ManagerLogFile='m.txt'/>", noLogs},
         Fault{"TwoLogs", "<S><Logs ManagerLogFile='m.txt'/><x><Logs/></x></S>", twoLogs},
@@ -205,10 +185,10 @@ TEST_F(LogConfigTest, ReadsWhatLiesJustInsideTheBounds)
 {
     for (const QByteArray& document :
          {"<S><Logs/>" + nested(999) + "</S>", repeatedEntity(4000, 262), repeatedEntity(16000, 65),
-          manyAttributes(8191), "<S><Logs/><!--" + QByteArray(10 << 20, '"') + "--></S>",
-          "<S><Logs b='" + QByteArray(10 << 20, 'x') + "'/></S>",
-          QByteArray("\xEF\xBB\xBF<S><Logs/></S>\r\n"), markupEntities(23), chainOfEntities(100),
-          declaredAttributes(1000)})
+          repeatedEntity(markup, 23), declaring(nestedEntities(100, "", "&", 1), "&e99;"),
+          declaredAttributes(1000), manyAttributes(8191),
+          "<S><Logs/><!--" + QByteArray(10 << 20, '"') + "--></S>",
+          QByteArray("\xEF\xBB\xBF<S><Logs/></S>\r\n")})
         EXPECT_NO_THROW(load(document)) << document.left(50).constData();
 }
 
@@ -221,10 +201,7 @@ TEST_F(LogConfigTest, FollowsADocumentType)
          "<!ATTLIST Logs ManagerLogFile CDATA 'manager.txt' other (a|b) #IMPLIED>"
          "<!ENTITY % outside SYSTEM 'outside.ent'> "
          "%outside;]><S><Logs>&logs;&defined_outside;</Logs></S>");
-    EXPECT_EQ(contents("manager.txt"), "---Start parsing log settings\n"
-                                       "CDelayedProcessorTextLog\n"
-                                       "Registered textLog as \"Camera\"\n"
-                                       "---End parsing log settings\n");
+    EXPECT_TRUE(contents("manager.txt").contains("Registered textLog as \"Camera\""));
 }
 
 TEST_F(LogConfigTest, RefusesAFileBeyond64MiB)
@@ -242,17 +219,10 @@ TEST_F(LogConfigTest, RefusesAFileBeyond64MiB)
 
 TEST_F(LogConfigTest, AFileThatCannotBeOpenedThrowsFileOpenError)
 {
-    for (const QString name : {"missing.xml", "."}) {
-        try {
-            LogConfig::LoadFromFile(name);
-            ADD_FAILURE() << name.toStdString();
-        } catch (const FileOpenError& error) {
-            EXPECT_EQ(error.getFilename(), name);
-            EXPECT_FALSE(error.getErrorMsg().isEmpty());
-            EXPECT_EQ(QString::fromUtf8(error.what()),
-                      "Can't open file '" + name + "'. " + error.getErrorMsg());
-        }
-    }
+    EXPECT_THAT([] { LogConfig::LoadFromFile("missing.xml"); },
+                testing::ThrowsMessage<FileOpenError>(
+                    StrEq("Can't open file 'missing.xml'. No such file or directory")));
+    EXPECT_THROW(LogConfig::LoadFromFile("."), FileOpenError);
     EXPECT_THROW(LogConfig::CreateDefaultConfigFile("no/such/folder.xml", "release"),
                  FileOpenError);
     EXPECT_THROW(LogConfig::LoadFromFile("/dev/zero"), std::runtime_error); // and it ends
@@ -260,9 +230,15 @@ TEST_F(LogConfigTest, AFileThatCannotBeOpenedThrowsFileOpenError)
 
 TEST_F(LogConfigTest, BuildsEveryKindOfLogAndTellsTheManagerLog)
 {
+    ASSERT_TRUE(writeFile("file", "in the way"));
     load("<Root><x><Logs ManagerLogFile='manager.txt'> text <!-- comment -->"
          "<CFileTextLog FileName='logs/deep/run.txt'><Register/><Register value='Camera'/>"
          "<Other value='Time'/></CFileTextLog>"
+         "<CFileTextLog FileName='unregistered.txt'/>"
+         "<CFileTextLog><Register/></CFileTextLog>"
+         "<CFileTextLog FileName='a/b/'><Register/></CFileTextLog>"
+         "<CFileTextLog FileName='file/b.txt'><Register/></CFileTextLog>"
+         "<CFolderOfTextLog FilePath='/proc/nowhere/x'><Register/></CFolderOfTextLog>"
          "<CFolderOfTextLog FilePath='folder/'><Register value=''/></CFolderOfTextLog>"
          "<QDebugTextLog><Register value='Time'/></QDebugTextLog>"
          "<Nonsense a='1'><Register/></Nonsense>"
@@ -274,6 +250,15 @@ TEST_F(LogConfigTest, BuildsEveryKindOfLogAndTellsTheManagerLog)
                                        "CFileTextLog\n"
                                        "Registered textLog as \"\"\n"
                                        "Registered textLog as \"Camera\"\n"
+                                       "CFileTextLog\n"
+                                       "CFileTextLog\n"
+                                       "File path is \"\"\n"
+                                       "CFileTextLog\n"
+                                       "File path can't ends with /\n"
+                                       "CFileTextLog\n"
+                                       "can't create path file\n"
+                                       "CFolderOfTextLog\n"
+                                       "can't create path /proc/nowhere/x\n"
                                        "CFolderOfTextLog\n"
                                        "Registered textLog as \"\"\n"
                                        "QDebugTextLog\n"
@@ -288,45 +273,16 @@ TEST_F(LogConfigTest, BuildsEveryKindOfLogAndTellsTheManagerLog)
     EXPECT_THAT(textLogs(L""),
                 UnorderedElementsAre(WhenDynamicCastTo<CFileTextLog*>(testing::NotNull()),
                                      WhenDynamicCastTo<CFolderOfTextLog*>(testing::NotNull())));
-    EXPECT_EQ(textLogs(L"Camera").count(&CDelayedProcessorTextLog::getInstance()), 1u);
-    EXPECT_EQ(
-        CLogManager::getLogList(graphicLog, L"").count(&CDelayedValueSequenceLog::getInstance()),
-        1u);
+    EXPECT_THAT(CLogManager::getLogList(graphicLog, L""),
+                UnorderedElementsAre(&CDelayedValueSequenceLog::getInstance()));
     CLogAccessor(L"Camera")(InfoLogType) << L"hello" << std::endl;
+    std::wstring delayed;
+    CDelayedProcessorTextLog::getInstance().getStringAndClear(delayed);
+    EXPECT_EQ(delayed, L"hello\n");
     EXPECT_EQ(contents("logs/deep/run.txt"), "hello\n");
-    EXPECT_EQ(QDir("folder").entryList({"*.txt"}).size(), 1);
-}
-
-TEST_F(LogConfigTest, SkipsLogsWhosePathsCannotBeMade)
-{
-    ASSERT_TRUE(writeFile("file", "in the way"));
-    loadLogs("<CFileTextLog><Register/></CFileTextLog>"
-             "<CFileTextLog FileName='a/b/'><Register/></CFileTextLog>"
-             "<CFileTextLog FileName='file/b.txt'><Register/></CFileTextLog>"
-             "<CFolderOfTextLog FilePath='/proc/nowhere/x'><Register/></CFolderOfTextLog>"
-             "<CFileTextLog FileName='good.txt'/>");
-    EXPECT_EQ(contents("manager.txt"), "---Start parsing log settings\n"
-                                       "CFileTextLog\n"
-                                       "File path is \"\"\n"
-                                       "CFileTextLog\n"
-                                       "File path can't ends with /\n"
-                                       "CFileTextLog\n"
-                                       "can't create path file\n"
-                                       "CFolderOfTextLog\n"
-                                       "can't create path /proc/nowhere/x\n"
-                                       "CFileTextLog\n"
-                                       "---End parsing log settings\n");
-    EXPECT_THAT(textLogs(L""), IsEmpty());
+    EXPECT_EQ(contents("unregistered.txt"), "");
     EXPECT_FALSE(QFile::exists("a"));
-    EXPECT_EQ(contents("good.txt"), ""); // opened, though nobody registered it
-}
-
-TEST_F(LogConfigTest, AnEmptyFolderMeansTheCurrentOne)
-{
-    loadLogs("<CFolderOfTextLog><Register/></CFolderOfTextLog>");
-    const QString file = LogConfig::GetLogFileName();
-    EXPECT_EQ(QFileInfo(file).path(), QDir::currentPath());
-    EXPECT_TRUE(QFile::exists(file));
+    EXPECT_EQ(QDir("folder").entryList({"*.txt"}).size(), 1);
 }
 
 TEST_F(LogConfigTest, TypeFlagsFilterButTheTimeFlagDoesNothing)
@@ -345,8 +301,8 @@ TEST_F(LogConfigTest, TypeFlagsFilterButTheTimeFlagDoesNothing)
     int number = 0;
     for (const auto& row : cases) {
         const QByteArray name = "f" + QByteArray::number(number++) + ".txt";
-        loadLogs("<CFileTextLog FileName='" + name + "' " + row.attributes +
-                 "><Register value='Time'/></CFileTextLog>");
+        load("<S><Logs><CFileTextLog FileName='" + name + "' " + row.attributes +
+             "><Register value='Time'/></CFileTextLog></Logs></S>");
         for (CBaseLog* const log : textLogs(L"Time")) {
             auto* const text = static_cast<CTextLog*>(log);
             text->write(L"A", 1, AllLogType);
@@ -365,17 +321,19 @@ TEST_F(LogConfigTest, TheDefaultFileLoadsAndDependsOnTheBuild)
     for (const char* build : {"release", "Release"}) {
         const QString fileName = QStringLiteral("sub/%1.xml").arg(build);
         LogConfig::CreateDefaultConfigFile(fileName, build);
-        QDomDocument document;
-        ASSERT_TRUE(document.setContent(contents(fileName)));
-        EXPECT_EQ(document.doctype().name(), "Settings");
-        EXPECT_EQ(document.documentElement().attribute("version"), "1");
-        const QDomElement logs = document.documentElement().firstChildElement();
-        EXPECT_EQ(logs.attribute("ManagerLogFile"), "ManagerLog.txt");
-        EXPECT_EQ(logs.firstChildElement("QDebugTextLog").isNull(), build[0] == 'r');
-        EXPECT_EQ(logs.lastChildElement("CFolderOfTextLog").attribute("FilePath"), "sub/log");
-        EXPECT_EQ(logs.nextSiblingElement().tagName(), "autoTuneType");
-        EXPECT_EQ(logs.nextSiblingElement().attribute("value"), "1");
-        EXPECT_TRUE(contents(fileName).contains("\n        <CFolderOfTextLog")) << "indentation";
+        const QByteArray debugLog = "        <QDebugTextLog>\n"
+                                    "            <Register/>\n"
+                                    "        </QDebugTextLog>\n";
+        EXPECT_EQ(contents(fileName), "<!DOCTYPE Settings>\n"
+                                      "<Settings version=\"1\">\n"
+                                      "    <Logs ManagerLogFile=\"ManagerLog.txt\">\n" +
+                                          (build[0] == 'r' ? "" : debugLog) +
+                                          "        <CFolderOfTextLog FilePath=\"sub/log\">\n"
+                                          "            <Register/>\n"
+                                          "        </CFolderOfTextLog>\n"
+                                          "    </Logs>\n"
+                                          "    <autoTuneType value=\"1\"/>\n"
+                                          "</Settings>\n");
     }
     LogConfig::LoadFromFile("sub/release.xml");
     EXPECT_TRUE(LogConfig::GetLogFileName().startsWith(QDir::currentPath() + "/sub/log/"));
@@ -399,4 +357,8 @@ TEST_F(LogConfigTest, TheDefaultConfigurationNeedsNoFile)
                 UnorderedElementsAre(WhenDynamicCastTo<QDebugTextLog*>(testing::NotNull()),
                                      WhenDynamicCastTo<CFolderOfTextLog*>(testing::NotNull())));
     EXPECT_TRUE(LogConfig::GetLogFileName().startsWith("log/"));
+
+    forgetLogs();
+    load("<S><Logs><CFolderOfTextLog><Register/></CFolderOfTextLog></Logs></S>");
+    EXPECT_TRUE(LogConfig::GetLogFileName().startsWith(QDir::currentPath() + "/2"));
 }

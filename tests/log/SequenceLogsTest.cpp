@@ -1,4 +1,5 @@
 #include "FileContents.h"
+#include "Processors.h"
 
 #include <AppComponents/calc/FileOpenError.h>
 #include <AppComponents/log/CDelayedValueSequenceLog.h>
@@ -30,30 +31,6 @@ class ValueLog : public CDelayedValueSequenceLog
 {
 public:
     ValueLog() = default;
-};
-
-class CountingProcessor : public CValProcessor
-{
-public:
-    void process() override { ++calls; }
-    int calls = 0;
-};
-
-class ReentrantProcessor : public CValProcessor
-{
-public:
-    explicit ReentrantProcessor(CDelayedValueSequenceLog& valueLog)
-        : log(valueLog)
-    {
-    }
-    void process() override
-    {
-        std::map<std::wstring, CGraphicValues> values;
-        log.getGraphicsSet(values);
-    }
-
-private:
-    CDelayedValueSequenceLog& log;
 };
 
 std::map<std::wstring, CGraphicValues> snapshot(CDelayedValueSequenceLog& log)
@@ -130,7 +107,7 @@ TEST_F(ValueLogs, AccessorsOfOneNameShareAStreamUntilTheLastLetsGo)
 
 TEST_F(ValueLogs, NotifiesOncePerValueAndOncePerDeletedStream)
 {
-    CountingProcessor processor;
+    Processor<CValProcessor> processor;
     CValSeqWriterAccessor first(accessor, L"a");
     CValSeqWriterAccessor sharer(accessor, L"a");
     log.resetPorcesor(&processor);
@@ -151,7 +128,8 @@ TEST_F(ValueLogs, NotifiesOncePerValueAndOncePerDeletedStream)
 
 TEST_F(ValueLogs, AProcessorThatCallsBackGetsAnErrorInsteadOfADeadlock)
 {
-    ReentrantProcessor processor(log);
+    Processor<CValProcessor> processor;
+    processor.callBack = [this] { snapshot(log); };
     CValSeqWriterAccessor values(accessor, L"a");
     log.resetPorcesor(&processor);
     EXPECT_THROW(values.write(1.0), std::system_error);
@@ -164,7 +142,7 @@ TEST(SequenceLogs, ALogThatDiesWithHeldStreamsSaysSoAndStillNotifies)
     const QTemporaryDir folder;
     const QString managerLog = folder.filePath("manager.txt");
     CLogManager::getInstance().setManagerLogFileName(managerLog.toStdString());
-    CountingProcessor processor;
+    Processor<CValProcessor> processor;
     {
         ValueLog log;
         log.resetPorcesor(&processor);

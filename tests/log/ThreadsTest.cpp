@@ -1,14 +1,11 @@
-#include "FileContents.h"
+#include "Processors.h"
 
 #include <AppComponents/log/CDelayedProcessorTextLog.h>
 #include <AppComponents/log/CDelayedValueSequenceLog.h>
-#include <AppComponents/log/CFileTextLog.h>
 #include <AppComponents/log/CLogAccessor.h>
 #include <AppComponents/log/SubLogAccessor.h>
 
 #include <gtest/gtest.h>
-
-#include <QTemporaryDir>
 
 #include <atomic>
 #include <functional>
@@ -20,14 +17,6 @@ namespace
 {
 
 constexpr int writerCount = 4;
-
-template <typename Interface>
-class CountingProcessor : public Interface
-{
-public:
-    void process() override { ++calls; } // under the log's lock
-    int calls = 0;
-};
 
 // Runs `write(i)` on a thread per writer, and `drain` until all are done and once more.
 void runWriters(const std::function<void(int)>& write, const std::function<void()>& drain)
@@ -52,7 +41,7 @@ TEST(Threads, NoChunkOfTheDelayedLogIsLostOrTorn)
 {
     constexpr int lineCount = 2000;
     auto& log = CDelayedProcessorTextLog::getInstance();
-    CountingProcessor<CTextLogPorcessor> processor;
+    Processor<CTextLogPorcessor> processor;
     log.resetPorcesor(&processor);
     std::wstring text;
     runWriters(
@@ -86,7 +75,7 @@ TEST(Threads, StreamsComeAndGoWhileOthersWriteAndOneReads)
     constexpr int roundCount = 200;
     constexpr int valueCount = 20;
     auto& log = CDelayedValueSequenceLog::getInstance();
-    CountingProcessor<CValProcessor> processor;
+    Processor<CValProcessor> processor;
     log.resetPorcesor(&processor);
     std::map<std::wstring, CGraphicValues> values;
     runWriters(
@@ -116,23 +105,4 @@ TEST(Threads, StreamsComeAndGoWhileOthersWriteAndOneReads)
     // The shared stream ends once, or more often if its holders did not overlap.
     EXPECT_GE(processor.calls, values2 + ownStreams + 1);
     EXPECT_LE(processor.calls, values2 + ownStreams + writerCount);
-}
-
-TEST(Threads, ChunksOfAccessorsThatShareAFileStayWhole)
-{
-    const QTemporaryDir folder;
-    const QString fileName = folder.filePath("shared.txt");
-    CFileTextLog log(fileName.toStdString());
-    runWriters(
-        [&log](int writer) {
-            CLogAccessor accessor;
-            accessor.addLog(&log);
-            for (int line = 0; line < 1000; ++line)
-                accessor(InfoLogType) << std::wstring(200, wchar_t(L'a' + writer)) << std::endl;
-        },
-        [] { std::this_thread::yield(); });
-    const auto lines = contents(fileName).split('\n');
-    ASSERT_EQ(lines.size(), writerCount * 1000 + 1);
-    for (int i = 0; i < lines.size() - 1; ++i)
-        ASSERT_EQ(lines[i], QByteArray(200, lines[i].isEmpty() ? ' ' : lines[i][0]));
 }
