@@ -118,7 +118,7 @@ QByteArray numbered(const char* before, int count, const char* after)
 
 QByteArray manyAttributes(int count)
 {
-    return "<S><Logs" + numbered(" a", count, "=''") + "/></S>";
+    return "<S><Logs" + numbered(" a", count, "=\"\"") + "/></S>";
 }
 
 QByteArray declaredAttributes(int tags)
@@ -171,8 +171,7 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"LongDocumentType", declaring(QByteArray(1 << 14, ' '), ""), invalid},
         Fault{"DeclaredAttributesTimesTags", declaredAttributes(20000), invalid},
         Fault{"TooManyAttributes", manyAttributes(8192), invalid},
-        Fault{"AttributesBehindACommentInAnEntity",
-              "<!DOCTYPE S [<!ENTITY e '> <!-- '>]>" + manyAttributes(200000) + "<!-- -->",
+        Fault{"AttributesBehindAnApostrophe", "<!DOCTYPE S [<!-- ' -->]>" + manyAttributes(8192),
               invalid},
         Fault{"NestedTooDeeply", "<S><Logs/>" + nested(1000) + "</S>", invalid},
         Fault{"NoLogs", "<Settings><logs/><autoTuneType/></Settings>", noLogs},
