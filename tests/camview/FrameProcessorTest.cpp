@@ -185,6 +185,7 @@ TEST_F(ProcessorTest, AutomaticStretchSpreadsTheLevelsAndGivesTheUsersTableBack)
     const QString photo = savePhoto(dim);
     for (const char* bits : {"8", "10", "12"}) {
         const QString source = photo + "?noise=0&mono=1&bits=" + bits;
+        const QString otherDepth = photo + "?noise=0&mono=1&bits=" + (*bits == '8' ? "12" : "8");
         ProcessingSettings settings;
         settings.correction.colorReconstructionMethod = 1;
         settings.correction.setFlag(CS_APPLY_LUT, true);
@@ -196,8 +197,21 @@ TEST_F(ProcessorTest, AutomaticStretchSpreadsTheLevelsAndGivesTheUsersTableBack)
         const Bytes wide = bytesOf(processor.process(*frameOf(source)).picture);
         EXPECT_LT(*std::min_element(wide.begin(), wide.end()), 40) << bits;
         EXPECT_GT(*std::max_element(wide.begin(), wide.end()), 215) << bits;
+        // The table that is plotted is the one that made the picture, at every depth.
+        const auto frame = frameOf(source);
+        const ProcessedFrame stretched = processor.process(*frame);
+        const auto sample = [&](int i) {
+            const unsigned char* raw = frame->raw.getImageBuffer();
+            return *bits == '8' ? raw[i] : reinterpret_cast<const quint16*>(raw)[i];
+        };
+        for (int i = 0; i < 64 * 48; ++i)
+            ASSERT_EQ(stretched.toneTable[sample(i)], wide[i]) << bits;
+
+        // Meanwhile another depth came by; no automatic table may survive at either.
+        processor.process(*frameOf(otherDepth));
         settings.autoStretch = false;
         processor.setSettings(settings);
+        processor.process(*frameOf(otherDepth));
         EXPECT_EQ(bytesOf(processor.process(*frameOf(source)).picture), plain) << bits;
     }
 }

@@ -140,6 +140,12 @@ TEST_F(WindowTest, TheControlsReachTheCameraAndThePicture)
     auto* depth = window->panels().camera->findChildren<QComboBox*>().first();
     depth->setCurrentText("8");
     EXPECT_EQ(window->cameraControl().settings().bitDepth, 8);
+    auto* exposure = window->panels().camera->findChildren<QDoubleSpinBox*>().first();
+    exposure->selectAll();
+    QTest::keyClicks(exposure, "20");
+    QTest::keyClick(exposure, Qt::Key_Return);
+    EXPECT_EQ(window->cameraControl().settings().exposureMs, 20);
+    EXPECT_EQ(exposure->value(), 20) << "not the slider's nearest step";
     auto* mirror = window->panels().camera->findChildren<QCheckBox*>().first();
     mirror->click();
     EXPECT_TRUE(window->cameraControl().settings().mirrorH);
@@ -155,9 +161,8 @@ TEST_F(WindowTest, TheControlsReachTheCameraAndThePicture)
 TEST_F(WindowTest, TheMeasuredAreaShowsTheRawDataUnderIt)
 {
     ScriptedCamera& camera = window.useScriptedCamera();
-    window->findChild<QDockWidget*>("measure")->raise();
+    action("measure").trigger(); // brings its panel up
     QTest::qWait(1);
-    action("measure").trigger();
     const auto halves = [](int x, int) { return x < 200 ? 100 : 300; };
     ASSERT_TRUE(window.show(camera, halves));
     window->pictureArea().measureFrame().setArea({190, 10, 20, 20});
@@ -222,13 +227,27 @@ TEST_F(WindowTest, ClippingIsDrawnOverThePictureAndOffByDefault)
         << "the picture is untouched";
 }
 
-TEST_F(WindowTest, EscapeHidesTheRulerAndItsSwitchFollows)
+TEST_F(WindowTest, TheRulerObeysTheKeyboardAndStaysInsideThePicture)
 {
     ScriptedCamera& camera = window.useScriptedCamera();
     ASSERT_TRUE(window.show(camera, flat));
     action("ruler").trigger();
     EXPECT_TRUE(view().getRuller().isVisible());
     EXPECT_NEAR(window->pictureArea().rulerLine().length(), 200, 2);
+
+    window->findChild<QDockWidget*>("measure")->raise();
+    QTest::qWait(1);
+    auto* endX = window->panels().measure->findChildren<QSpinBox*>().at(2);
+    endX->selectAll();
+    QTest::keyClicks(endX, "399");
+    QTest::keyClick(endX, Qt::Key_Return);
+    EXPECT_EQ(window->pictureArea().rulerLine().x2(), 399);
+    CameraSettings smaller = window->cameraControl().settings();
+    smaller.region = {0, 0, 200, 100};
+    window->cameraControl().apply(smaller);
+    ASSERT_TRUE(window.show(camera, flat));
+    EXPECT_LE(window->pictureArea().rulerLine().x2(), 200) << "the end stays in reach";
+
     QTest::keyClick(&view(), Qt::Key_Escape);
     EXPECT_FALSE(action("ruler").isChecked());
     EXPECT_TRUE(window->pictureArea().rulerLine().isNull());

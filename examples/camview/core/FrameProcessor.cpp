@@ -62,10 +62,8 @@ ProcessedFrame FrameProcessor::process(CameraFrame& frame)
     }
 
     const int depth = frame.raw.rawBitDepth;
-    const unsigned char* table =
-        depth == 8 ? engine.getLUT8() : (depth == 12 ? engine.getLUT12() : nullptr);
-    return {picture, frame,  histograms, count, table, 1 << depth, engine.getLUTnumber(),
-            times,   nullptr};
+    return {picture,    frame, histograms, count, engine.tableInPlace(depth),
+            1 << depth, times, nullptr};
 }
 
 void FrameProcessor::buildPicture(FrameEx2& raw, bool mosaic, StageTimes& times,

@@ -28,8 +28,7 @@ struct ProcessedFrame {
     const Histograms& histograms;
     bool newHistograms; ///< the histograms are of this frame
     const unsigned char* toneTable;
-    int toneTableSize; ///< 256, 1024 or 4096; toneTable is null for 1024
-    int toneTableNumber;
+    int toneTableSize; ///< 256, 1024 or 4096
     StageTimes times;
     const CameraFrame* untouched = nullptr; ///< the raw samples, see LiveSession::keepRaw()
 };

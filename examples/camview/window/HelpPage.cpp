@@ -21,7 +21,7 @@ constexpr Gesture gestures[] = {
     {"Move the pointer", "shows sensor position, raw value and colour"},
     {"Click", "picks the colour under the pointer"},
     {"Double click", "switches full screen"},
-    {"Drag a ruler's end", "measures; the profile follows"},
+    {"Drag a ruler's end", "measures; the Measurements panel takes its pixels by keyboard"},
     {"Drag the measured area or a corner", "moves or resizes it"},
     {"Drag on the sensor map", "moves or resizes the region; a click beside it centres it"},
     {"Escape", "hides the ruler, leaves full screen"},

@@ -63,10 +63,7 @@ void LiveFeed::fill(LivePicture& picture, const ProcessedFrame& frame) const
     picture.newHistograms = frame.newHistograms;
     if (frame.newHistograms)
         picture.histograms = frame.histograms;
-    if (frame.toneTable != nullptr)
-        picture.toneTable.assign(frame.toneTable, frame.toneTable + frame.toneTableSize);
-    else
-        picture.toneTable.clear();
+    picture.toneTable.assign(frame.toneTable, frame.toneTable + frame.toneTableSize);
     if (clippingWanted)
         clippingMask(RawPicture(picture.raw, picture.flippedH, picture.flippedV), picture.clipping);
     else

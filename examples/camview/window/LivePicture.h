@@ -20,6 +20,6 @@ struct LivePicture {
     StageTimes times;
     Histograms histograms;
     bool newHistograms = false;
-    std::vector<unsigned char> toneTable; ///< empty where the engine has no getter for it
-    QImage clipping;                      ///< null unless asked for
+    std::vector<unsigned char> toneTable;
+    QImage clipping; ///< null unless asked for
 };

@@ -163,6 +163,7 @@ void MainWindow::connectAids()
     connect(actions->ruler, &QAction::toggled, area, &PictureArea::showRuler);
     connect(area, &PictureArea::rulerShown, actions->ruler, &QAction::setChecked);
     connect(area, &PictureArea::rulerChanged, docks->measure, &MeasurePanel::setRuler);
+    connect(docks->measure, &MeasurePanel::rulerRequested, area, &PictureArea::setRulerLine);
     connect(docks->measure, &MeasurePanel::scaleChanged, this,
             [this](double magnification, const QString& unit) {
                 area->liveView().setMagnification(static_cast<float>(magnification), unit);
@@ -177,6 +178,11 @@ void MainWindow::connectAids()
     connect(actions->measure, &QAction::toggled, this, [this](bool on) {
         area->showMeasureFrame(on);
         docks->measure->setArea(on ? area->measureFrame().getArea() : QRect());
+    });
+    // Only when the user asks for it: restored settings bring their layout with them.
+    connect(actions->measure, &QAction::triggered, this, [this](bool on) {
+        if (on)
+            docks->bringUp(*docks->measure);
     });
     connect(&area->measureFrame(), &MeasureFrame::areaChanged, this, [this](const QRect& measured) {
         if (actions->measure->isChecked())

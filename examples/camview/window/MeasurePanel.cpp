@@ -33,35 +33,67 @@ MeasurePanel::MeasurePanel(QWidget* parent)
     auto* scaleRow = new QHBoxLayout;
     scaleRow->addWidget(scaleBox, 1);
     scaleRow->addWidget(unitBox);
-    auto* areaRow = new QHBoxLayout;
-    const QString names[] = {tr("Left"), tr("Top"), tr("Width"), tr("Height")};
-    for (int i = 0; i < 4; ++i) {
-        edges[i] = new QSpinBox(this);
-        edges[i]->setRange(0, 65535);
-        edges[i]->setKeyboardTracking(false);
-        edges[i]->setAccessibleName(names[i]);
-        edges[i]->setToolTip(names[i]);
-        areaRow->addWidget(edges[i]);
-        connect(edges[i], QOverload<int>::of(&QSpinBox::valueChanged), this, [this] {
-            emit areaRequested(
-                {edges[0]->value(), edges[1]->value(), edges[2]->value(), edges[3]->value()});
-        });
-    }
+    QLayout* rulerRow = pixelRow(ends, {tr("Ruler's start, x"), tr("Ruler's start, y"),
+                                        tr("Ruler's end, x"), tr("Ruler's end, y")});
+    QLayout* areaRow = pixelRow(edges, {tr("Left"), tr("Top"), tr("Width"), tr("Height")});
+    for (QSpinBox* box : ends)
+        connect(box, QOverload<int>::of(&QSpinBox::valueChanged), this,
+                &MeasurePanel::requestRuler);
+    for (QSpinBox* box : edges)
+        connect(box, QOverload<int>::of(&QSpinBox::valueChanged), this, &MeasurePanel::requestArea);
     auto* layout = new QHBoxLayout(this);
     auto* form = new QFormLayout;
     layout->addLayout(form);
     layout->addWidget(profile, 1);
     form->addRow(tr("Pi&xel is"), scaleRow);
+    form->addRow(tr("R&uler from, to"), rulerRow);
     form->addRow(tr("Area &in pixels"), areaRow);
     form->addRow(statistics);
     form->labelForField(scaleRow)->setToolTip(tr("Size of a sensor pixel in the ruler's unit"));
     qobject_cast<QLabel*>(form->labelForField(scaleRow))->setBuddy(scaleBox);
+    qobject_cast<QLabel*>(form->labelForField(rulerRow))->setBuddy(ends[0]);
     qobject_cast<QLabel*>(form->labelForField(areaRow))->setBuddy(edges[0]);
+    setRuler({});
     setArea({});
 
     const auto announceScale = [this] { emit scaleChanged(magnification(), unit()); };
     connect(scaleBox, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this, announceScale);
     connect(unitBox, &QLineEdit::editingFinished, this, announceScale);
+}
+
+QLayout* MeasurePanel::pixelRow(Quad& boxes, const std::array<QString, 4>& names)
+{
+    auto* row = new QHBoxLayout;
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        boxes[i] = new QSpinBox(this);
+        boxes[i]->setRange(0, 65535);
+        boxes[i]->setKeyboardTracking(false);
+        boxes[i]->setAccessibleName(names[i]);
+        boxes[i]->setToolTip(names[i]);
+        row->addWidget(boxes[i]);
+    }
+    return row;
+}
+
+void MeasurePanel::showIn(const Quad& boxes, const std::array<int, 4>& values, bool enabled)
+{
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        const QSignalBlocker block(boxes[i]);
+        boxes[i]->setValue(values[i]);
+        boxes[i]->setEnabled(enabled);
+    }
+}
+
+void MeasurePanel::requestArea()
+{
+    emit areaRequested(
+        {edges[0]->value(), edges[1]->value(), edges[2]->value(), edges[3]->value()});
+}
+
+void MeasurePanel::requestRuler()
+{
+    emit rulerRequested(
+        QLine(ends[0]->value(), ends[1]->value(), ends[2]->value(), ends[3]->value()));
 }
 
 double MeasurePanel::magnification() const
@@ -82,15 +114,17 @@ void MeasurePanel::setScale(double unitsPerPixel, const QString& unit)
     emit scaleChanged(magnification(), unit);
 }
 
+void MeasurePanel::setRuler(const QLineF& line)
+{
+    ruler = line;
+    const QLine nearest = line.toLine();
+    showIn(ends, {nearest.x1(), nearest.y1(), nearest.x2(), nearest.y2()}, !line.isNull());
+}
+
 void MeasurePanel::setArea(const QRect& newArea)
 {
     area = newArea;
-    const int values[] = {area.x(), area.y(), area.width(), area.height()};
-    for (int i = 0; i < 4; ++i) {
-        const QSignalBlocker block(edges[i]);
-        edges[i]->setValue(values[i]);
-        edges[i]->setEnabled(!area.isEmpty());
-    }
+    showIn(edges, {area.x(), area.y(), area.width(), area.height()}, !area.isEmpty());
     if (area.isEmpty())
         statistics->setText(tr("Show the measured area to see its mean and deviation."));
 }

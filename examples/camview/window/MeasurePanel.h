@@ -6,9 +6,12 @@
 #include <QLineF>
 #include <QWidget>
 
+#include <array>
+
 class CurvePlot;
 class QDoubleSpinBox;
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QSpinBox;
 
@@ -23,7 +26,7 @@ public:
 
     void setPicture(const LivePicture& picture);
     /// The ruler's line in picture pixels; null for none.
-    void setRuler(const QLineF& line) { ruler = line; }
+    void setRuler(const QLineF& line);
     /// The measured rectangle in picture pixels; empty for none.
     void setArea(const QRect& newArea);
 
@@ -38,15 +41,24 @@ signals:
     void scaleChanged(double magnification, const QString& unit);
     /// The user has typed another rectangle.
     void areaRequested(const QRect& area);
+    /// The user has typed other ends of the ruler.
+    void rulerRequested(const QLineF& line);
 
 private:
+    using Quad = std::array<QSpinBox*, 4>;
+
+    QLayout* pixelRow(Quad& boxes, const std::array<QString, 4>& names);
+    static void showIn(const Quad& boxes, const std::array<int, 4>& values, bool enabled);
+    void requestArea();
+    void requestRuler();
     void showStatistics(const RawPicture& raw);
     void showProfile(const RawPicture& raw, bool mosaic);
 
     CurvePlot* profile;
     QDoubleSpinBox* scaleBox;
     QLineEdit* unitBox;
-    QSpinBox* edges[4]; ///< x, y, width, height
+    Quad edges; ///< x, y, width, height
+    Quad ends;  ///< x and y of the ruler's start, then of its end
     QLabel* statistics;
     QLineF ruler;
     QRect area;

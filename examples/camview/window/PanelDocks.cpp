@@ -97,7 +97,7 @@ void PanelDocks::arrange()
     graphsDock->raise();
     window.resizeDocks({graphsDock}, {170}, Qt::Vertical);
     window.resizeDocks({mapDock, cameraDock}, {250, 410}, Qt::Horizontal);
-    window.resizeDocks({cameraDock, histogramDock}, {280, 520}, Qt::Vertical);
+    window.resizeDocks({cameraDock, histogramDock}, {340, 460}, Qt::Vertical);
 }
 
 bool PanelDocks::isSeen(const QWidget& panel)
@@ -106,6 +106,16 @@ bool PanelDocks::isSeen(const QWidget& panel)
         return false;
     const QWidget* top = panel.window(); // a floating dock is its own
     return top->rect().intersects(QRect(panel.mapTo(top, QPoint(0, 0)), panel.size()));
+}
+
+void PanelDocks::bringUp(const QWidget& panel)
+{
+    for (QDockWidget* dock : docks) {
+        if (!dock->isAncestorOf(&panel))
+            continue;
+        dock->show();
+        dock->raise();
+    }
 }
 
 void PanelDocks::disableHiddenPanels()

@@ -42,6 +42,9 @@ public:
     /// Whether the user can see any of the panel now.
     static bool isSeen(const QWidget& panel);
 
+    /// Shows the dock of \p panel in front of those that it shares its place with.
+    void bringUp(const QWidget& panel);
+
     /// The switches that show and hide the docks.
     std::vector<QAction*> switches() const;
 

@@ -63,13 +63,15 @@ void PictureArea::showPicture(const LivePicture& picture)
 {
     const QSize size = picture.image->size();
     // A fitted view stays fitted when the region changes. It is then the one without a drag mode.
-    const bool refit =
-        size != view->getBitmap().size() && view->dragMode() == QGraphicsView::NoDrag;
+    const bool resized = size != view->getBitmap().size();
+    const bool refit = resized && view->dragMode() == QGraphicsView::NoDrag;
     view->viewFrame(picture.params, picture.image, picture.stamp.hostTime.count());
     if (refit)
         fit();
     crossHair.setPictureSize(size);
     measure.setPictureSize(size);
+    if (resized)
+        keepRulerReachable();
     if (clipping.isVisible())
         clipping.setMask(picture.clipping);
 }
@@ -85,27 +87,56 @@ QLineF PictureArea::rulerLine()
     const Ruller& ruler = view->getRuller();
     if (!ruler.isVisible())
         return {};
-    const QList<QGraphicsItem*> parts = ruler.childItems();
-    return {parts.at(0)->pos(), parts.at(1)->pos()};
+    const auto [first, second] = rulerEnds();
+    return {first->pos(), second->pos()};
+}
+
+std::pair<QGraphicsItem*, QGraphicsItem*> PictureArea::rulerEnds()
+{
+    const QList<QGraphicsItem*> parts = view->getRuller().childItems();
+    return {parts.at(0), parts.at(1)};
+}
+
+void PictureArea::setRulerLine(const QLineF& line)
+{
+    const QSizeF picture = view->getBitmap().size();
+    const auto inside = [&](const QPointF& end) {
+        return QPointF(qBound(0.0, end.x(), picture.width()),
+                       qBound(0.0, end.y(), picture.height()));
+    };
+    const auto [first, second] = rulerEnds();
+    first->setPos(inside(line.p1()));
+    second->setPos(inside(line.p2()));
+}
+
+// A smaller region or a decimated read-out may leave the ends where no pointer gets.
+void PictureArea::keepRulerReachable()
+{
+    Ruller& ruler = view->getRuller();
+    if (!ruler.isVisible())
+        return;
+    if (!rulerPlaced)
+        placeRuler();
+    else
+        setRulerLine(rulerLine());
+    ruler.updateRuller(); // the label's scale follows the decimation
 }
 
 void PictureArea::placeRuler()
 {
     const QRectF visible =
         view->mapToScene(view->viewport()->rect()).boundingRect() & view->sceneRect();
-    const QList<QGraphicsItem*> parts = view->getRuller().childItems();
     const double y = std::round(visible.top() + visible.height() / 3);
-    parts.at(0)->setPos(std::round(visible.left() + visible.width() / 4), y);
-    parts.at(1)->setPos(std::round(visible.right() - visible.width() / 4), y);
+    setRulerLine({std::round(visible.left() + visible.width() / 4), y,
+                  std::round(visible.right() - visible.width() / 4), y});
+    rulerPlaced = true;
 }
 
 void PictureArea::showRuler(bool shown)
 {
-    if (shown && !rulerPlaced && !view->getBitmap().isNull()) {
-        placeRuler();
-        rulerPlaced = true;
-    }
     view->getRuller().setVisible(shown);
+    if (!view->getBitmap().isNull())
+        keepRulerReachable();
 }
 
 void PictureArea::showCrossHair(bool shown)

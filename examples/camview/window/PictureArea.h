@@ -9,6 +9,8 @@
 
 #include <QWidget>
 
+#include <utility>
+
 /// The live view with what camview lays over the picture: cross hair, clipping, measured
 /// rectangle. The view's own overlays, ruler and grid, are switched here too.
 class PictureArea : public QWidget
@@ -28,6 +30,8 @@ public:
 
     /// The ruler's line in picture pixels; null while it is hidden.
     QLineF rulerLine();
+    /// Moves the ruler's ends, in picture pixels, as far as the picture goes.
+    void setRulerLine(const QLineF& line);
 
 public slots:
     /// Shows the whole picture, and keeps to it when the window or the region is resized.
@@ -50,6 +54,8 @@ protected:
 private:
     void darkenSurroundings();
     void placeRuler();
+    void keepRulerReachable();
+    std::pair<QGraphicsItem*, QGraphicsItem*> rulerEnds();
     void reportHover(const QPoint& viewPoint);
 
     LifeView* view;

@@ -20,6 +20,7 @@ ProcessingPanel::ProcessingPanel(ProcessingModel& edited, QWidget* parent)
 {
     average->setRange(1, RingFrameBuffer::maxFrames);
     average->setSuffix(tr(" frames"));
+    average->setSpecialValueText(tr("no averaging"));
     average->setAccessibleName(tr("Average of"));
     auto* form = new QFormLayout(this);
     form->addRow(tr("Average &of"), average);

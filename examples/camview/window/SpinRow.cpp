@@ -6,6 +6,7 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QSignalBlocker>
 
 namespace
 {
@@ -31,7 +32,7 @@ SpinRow::SpinRow(const QString& name, const QString& unit, const Range& range, Q
     slider->setModelValuePresenter(spinBox);
     slider->setMapper(QSharedPointer<ScaleMapper>::create(range.scale, sliderSteps, range.low,
                                                           range.high, range.normal));
-    slider->resetModelValueToDefault();
+    setValue(range.normal);
 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -39,7 +40,7 @@ SpinRow::SpinRow(const QString& name, const QString& unit, const Range& range, Q
     row->addWidget(slider, 1);
     row->addWidget(spinBox);
     setFocusProxy(spinBox);
-    connect(slider, &DoubleSliderView::modelValueChanged, this, &SpinRow::valueChanged);
+    connect(slider, &DoubleSliderView::modelValueChanged, this, &SpinRow::follow);
 }
 
 void SpinRow::addTo(QFormLayout* form)
@@ -52,9 +53,25 @@ void SpinRow::addTo(QFormLayout* form)
 void SpinRow::setValue(double value)
 {
     slider->setModelValue(value);
+    exact = value;
+    showExact();
 }
 
-double SpinRow::value() const
+// The slider writes the value of its nearest step into the spin box. What holds may lie between.
+void SpinRow::showExact()
 {
-    return slider->getModelValue();
+    const QSignalBlocker block(spinBox);
+    spinBox->setValue(exact);
+    shown = spinBox->value();
+}
+
+void SpinRow::follow(double edited)
+{
+    // A spin box that is only walked through reports its rounded number like an edit.
+    const bool isWalkedThrough = edited == shown;
+    if (!isWalkedThrough)
+        exact = edited;
+    showExact();
+    if (!isWalkedThrough)
+        emit valueChanged(edited);
 }

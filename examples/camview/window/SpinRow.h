@@ -32,7 +32,7 @@ public:
 
     /// Moves the handle without announcing it. A value outside the range is limited to it.
     void setValue(double value);
-    double value() const;
+    double value() const { return exact; }
     QDoubleSpinBox* getSpinBox() { return spinBox; }
 
 signals:
@@ -40,7 +40,12 @@ signals:
     void valueChanged(double value);
 
 private:
+    void showExact();
+    void follow(double edited);
+
     const QString title;
     QDoubleSpinBox* spinBox;
     DoubleSliderView* slider;
+    double exact = 0.0; ///< the value that holds; the slider knows its nearest step only
+    double shown = 0.0; ///< the value as the spin box rounds it
 };

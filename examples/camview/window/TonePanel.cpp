@@ -83,7 +83,7 @@ void TonePanel::followModel(const ProcessingSettings& settings)
 
 void TonePanel::showPicture(const LivePicture& picture)
 {
-    if (picture.toneTable.empty() || picture.toneTable == plotted)
+    if (picture.toneTable == plotted)
         return;
     plotted = picture.toneTable;
     plot->setLUTData(plotted.data(), static_cast<int>(plotted.size()));
