@@ -95,7 +95,7 @@ void PanelDocks::arrange()
     window.tabifyDockWidget(graphsDock, measureDock);
     window.tabifyDockWidget(graphsDock, logDock);
     graphsDock->raise();
-    window.resizeDocks({graphsDock}, {170}, Qt::Vertical);
+    window.resizeDocks({graphsDock}, {195}, Qt::Vertical);
     window.resizeDocks({mapDock, cameraDock}, {250, 410}, Qt::Horizontal);
     window.resizeDocks({cameraDock, histogramDock}, {340, 460}, Qt::Vertical);
 }

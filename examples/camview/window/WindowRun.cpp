@@ -10,8 +10,19 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include <csignal>
+
 namespace
 {
+
+constexpr int signalWatchMs = 100;
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void onInterrupt(int)
+{
+    interrupted = 1;
+}
 
 WindowOptions windowOptions(const Options& options)
 {
@@ -60,6 +71,15 @@ int runWindow(const Options& options)
         });
     if (!options.grabFolder.isEmpty())
         return writeWindowPictures(window, options.grabFolder);
+    // Whoever ends the process from outside gets a finished recording and saved settings, too.
+    QTimer signalWatch;
+    QObject::connect(&signalWatch, &QTimer::timeout, &window, [&window] {
+        if (interrupted != 0)
+            window.close();
+    });
+    signalWatch.start(signalWatchMs);
+    std::signal(SIGINT, onInterrupt);
+    std::signal(SIGTERM, onInterrupt);
     if (options.durationS)
         QTimer::singleShot(static_cast<int>(*options.durationS * 1000.0), &window, &QWidget::close);
     return QApplication::exec();
