@@ -55,7 +55,8 @@ void readLogConfig(const std::uint8_t* data, std::size_t size)
     QBuffer device(&bytes);
     device.open(QIODevice::ReadOnly);
     try {
-        readLogsElement(device, QStringLiteral("input"));
+        const LogsElement logs(device, QStringLiteral("input"));
+        logs.forEachLog([](const LogElement&) {});
     } catch (const std::runtime_error&) {
         // The prescribed answer to a document that is no configuration; any other one is a find.
     }

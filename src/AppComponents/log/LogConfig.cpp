@@ -167,13 +167,12 @@ void LogConfig::LoadFromFile(const QString& fileName)
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         throw FileOpenError(fileName, file.errorString());
-    const LogsElement logs = readLogsElement(file, fileName);
+    const LogsElement logs(file, fileName);
     file.close();
-    if (!logs.managerLogFile.isEmpty())
-        CLogManager::getInstance().setManagerLogFileName(logs.managerLogFile.toStdString());
+    if (!logs.managerLogFile().isEmpty())
+        CLogManager::getInstance().setManagerLogFileName(logs.managerLogFile().toStdString());
     managerLog() << L"---Start parsing log settings" << std::endl;
-    for (const LogElement& element : logs.logs)
-        addLog(element);
+    logs.forEachLog(addLog);
     managerLog() << L"---End parsing log settings" << std::endl;
 }
 

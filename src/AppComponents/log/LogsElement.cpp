@@ -14,8 +14,9 @@ namespace
 class LogsReader
 {
 public:
-    explicit LogsReader(const QString& text)
+    LogsReader(const QString& text, std::function<void(const LogElement&)> useLog)
         : reader(text)
+        , use(std::move(useLog))
     {
         reader.setNamespaceProcessing(false);
         reader.setEntityExpansionLimit(maxXmlExpansion);
@@ -34,7 +35,7 @@ public:
     }
 
     int logsCount = 0;
-    LogsElement logs; // if there is exactly one
+    QString managerLogFile; // of the first "Logs" element
 
 private:
     void enterElement()
@@ -53,25 +54,29 @@ private:
         if (++logsCount > 1)
             return;
         logsDepth = depth;
-        logs.managerLogFile = reader.attributes().value(QLatin1String("ManagerLogFile")).toString();
+        managerLogFile = reader.attributes().value(QLatin1String("ManagerLogFile")).toString();
     }
 
     void enterInsideLogs(const QString& tag)
     {
         if (depth == logsDepth + 1)
-            logs.logs.push_back({tag, reader.attributes(), {}});
+            log = {tag, reader.attributes(), {}};
         else if (depth == logsDepth + 2 && tag == QLatin1String("Register"))
-            logs.logs.back().names.push_back(
+            log.names.push_back(
                 reader.attributes().value(QLatin1String("value")).toString().toStdWString());
     }
 
     void leaveElement()
     {
+        if (logsDepth > 0 && depth == logsDepth + 1)
+            use(log);
         if (depth-- == logsDepth)
             logsDepth = 0;
     }
 
     QXmlStreamReader reader;
+    std::function<void(const LogElement&)> use;
+    LogElement log; // the one being read
     int depth = 0;
     int logsDepth = 0; // where the "Logs" element stands that is being read
 };
@@ -83,14 +88,20 @@ private:
 
 } // namespace
 
-LogsElement readLogsElement(QIODevice& device, const QString& fileName)
+LogsElement::LogsElement(QIODevice& device, const QString& fileName)
+    : text(readBoundedXml(device))
 {
-    LogsReader reader(readBoundedXml(device));
+    LogsReader reader(text, [](const LogElement&) {});
     if (!reader.read())
         fail("Invalid file format. Can't read XML in file '%0'", fileName);
     if (reader.logsCount == 0)
         fail("Node 'Logs' not found in the document. File: '%0'", fileName);
     if (reader.logsCount > 1)
         fail("Only one node 'Logs' is allowed in the document. File: '%0'", fileName);
-    return std::move(reader.logs);
+    managerLog = reader.managerLogFile;
+}
+
+void LogsElement::forEachLog(const std::function<void(const LogElement&)>& use) const
+{
+    LogsReader(text, use).read();
 }
