@@ -113,6 +113,11 @@ void readDocument(QXmlStreamReader& reader, Settings& settings)
     }
 }
 
+void logCannotRead()
+{
+    logLine() << L"ImgCorrectionSettings::readSettings cannot read settings: " << std::endl;
+}
+
 // The address and not the text: what reads these logs knows the line in this form.
 void logReaderError(const QXmlStreamReader& reader)
 {
@@ -195,7 +200,7 @@ bool ImgCorrectionSettings::readSettings(QXmlStreamReader& reader, ImgCorrection
         reader.clear();
         return true;
     } catch (...) {
-        logLine() << L"ImgCorrectionSettings::readSettings cannot read settings: " << std::endl;
+        logCannotRead();
         logReaderError(reader);
         return false;
     }
@@ -209,7 +214,13 @@ bool ImgCorrectionSettings::readSettings(const QString& fileName, ImgCorrectionS
                   << std::endl;
         return false;
     }
-    QXmlStreamReader reader(readBoundedXml(file));
+    QXmlStreamReader reader;
     reader.setEntityExpansionLimit(maxXmlExpansion);
+    try {
+        reader.addData(readBoundedXml(file));
+    } catch (...) { // the memory does not suffice
+        logCannotRead();
+        return false;
+    }
     return readSettings(reader, settings);
 }
