@@ -18,6 +18,39 @@ namespace
 
 constexpr int writerCount = 4;
 
+// A log whose streams are on the way for a while.
+class LeisurelyLog : public CValueSequenceLog
+{
+public:
+    std::atomic<int> streams = 0;
+
+protected:
+    class Writer : public CValueSequenceWriter
+    {
+    public:
+        explicit Writer(std::atomic<int>& streams)
+            : count(streams)
+        {
+            ++count;
+        }
+        ~Writer() override
+        {
+            std::this_thread::yield();
+            --count;
+        }
+        void write(double) override {}
+
+    private:
+        std::atomic<int>& count;
+    };
+
+    CSequenceWriter* createSubLog(const std::wstring&) override
+    {
+        EXPECT_EQ(streams, 0);
+        return new Writer(streams);
+    }
+};
+
 // Runs `write(i)` on a thread per writer, and `drain` until all are done and once more.
 void runWriters(const std::function<void(int)>& write, const std::function<void()>& drain)
 {
@@ -105,4 +138,18 @@ TEST(Threads, StreamsComeAndGoWhileOthersWriteAndOneReads)
     // The shared stream ends once, or more often if its holders did not overlap.
     EXPECT_GE(processor.calls, values2 + ownStreams + 1);
     EXPECT_LE(processor.calls, values2 + ownStreams + writerCount);
+}
+
+TEST(Threads, AStreamHasGoneBeforeTheNextOneOfItsNameIsMade)
+{
+    LeisurelyLog log;
+    runWriters(
+        [&log](int) {
+            for (int round = 0; round < 1000; ++round) {
+                log.getSubLog(L"a");
+                log.releaseSubLog(L"a");
+            }
+        },
+        [] { std::this_thread::yield(); });
+    EXPECT_EQ(log.streams, 0);
 }

@@ -33,7 +33,9 @@ CGraphicValues::~CGraphicValues()
     if (!owner)
         return;
     try {
-        const std::lock_guard lock(*owner->mutex);
+        std::unique_lock lock(*owner->mutex, std::defer_lock);
+        if (!owner->mutex->isHeldHere()) // as it is while the log deletes the stream
+            lock.lock();
         owner->notifyProcessor();
     } catch (...) {
         // What the application's processor throws must not end the program here.

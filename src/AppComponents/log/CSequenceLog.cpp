@@ -33,16 +33,12 @@ CSequenceWriter* CSequenceLog::getSubLog(const std::wstring& name)
 
 void CSequenceLog::releaseSubLog(const std::wstring& name)
 {
-    CSequenceWriter* unused = nullptr;
-    {
-        const std::lock_guard lock(*mutex);
-        const auto found = subLogs->find(name);
-        if (found == subLogs->end() || --found->second->refCount > 0)
-            return;
-        unused = found->second;
-        subLogs->erase(found);
-    }
-    delete unused; // without the lock, which a writer may take to report its end
+    const std::lock_guard lock(*mutex);
+    const auto found = subLogs->find(name);
+    if (found == subLogs->end() || --found->second->refCount > 0)
+        return;
+    delete found->second; // before the name is free: the next writer may open the same file
+    subLogs->erase(found);
 }
 
 void CSequenceLog::deleteHeldSubLogs()

@@ -30,7 +30,8 @@ public:
     void releaseSubLog(const std::wstring& name);
 
 protected:
-    /// Makes the writer of a new stream; the log owns it.
+    /// Makes the writer of a new stream; the log owns it. Called under the lock, as the writer is
+    /// deleted by the last release.
     virtual CSequenceWriter* createSubLog(const std::wstring& name) = 0;
 
     /// Does the destructor's work early, for a class whose writers refer to it when they go.

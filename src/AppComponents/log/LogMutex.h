@@ -13,6 +13,9 @@ public:
     void lock();
     void unlock();
 
+    /// Whether this thread holds the lock.
+    bool isHeldHere() const;
+
 private:
     std::mutex mutex;
     std::atomic<std::thread::id> owner = {}; // the holder, none by default
