@@ -26,14 +26,12 @@ struct Surroundings {
 HWY_INLINE Surroundings lookAround(const Row<2>& row, int x)
 {
     const auto at = [&](int dx, int dy) HWY_ATTR { return everySecond(row[dy] + x + dx); };
-    Surroundings s;
-    s.centre = at(0, 0);
-    s.across = hn::Add(at(-1, 0), at(1, 0));
-    s.upright = hn::Add(at(0, -1), at(0, 1));
-    s.farAcross = hn::Add(at(-2, 0), at(2, 0));
-    s.farUpright = hn::Add(at(0, -2), at(0, 2));
-    s.diagonal = hn::Add(hn::Add(at(-1, -1), at(1, -1)), hn::Add(at(-1, 1), at(1, 1)));
-    return s;
+    return {at(0, 0),
+            hn::Add(at(-1, 0), at(1, 0)),
+            hn::Add(at(0, -1), at(0, 1)),
+            hn::Add(at(-2, 0), at(2, 0)),
+            hn::Add(at(0, -2), at(0, 2)),
+            hn::Add(hn::Add(at(-1, -1), at(1, -1)), hn::Add(at(-1, 1), at(1, 1)))};
 }
 
 /// (value + half) / 2^bits

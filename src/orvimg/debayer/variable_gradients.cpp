@@ -14,21 +14,21 @@ namespace HWY_NAMESPACE
 {
 
 /// The 5x5 samples around a site.
-struct Window {
-    ShortVector samples[5][5];
-
-    HWY_INLINE ShortVector operator()(int x, int y) const { return samples[y + 2][x + 2]; }
-};
-
-HWY_INLINE Window windowAt(const Row<2>& row, int x)
+class Window
 {
-    Window w;
-    for (int dy = -2; dy <= 2; ++dy) {
-        for (int dx = -2; dx <= 2; ++dx)
-            w.samples[dy + 2][dx + 2] = everySecond(row[dy] + x + dx);
+public:
+    HWY_INLINE Window(const Row<2>& row, int x)
+    {
+        for (int dy = -2; dy <= 2; ++dy) {
+            for (int dx = -2; dx <= 2; ++dx)
+                samples[dy + 2][dx + 2] = everySecond(row[dy] + x + dx);
+        }
     }
-    return w;
-}
+    HWY_INLINE ShortVector operator()(int x, int y) const { return samples[y + 2][x + 2]; }
+
+private:
+    ShortVector samples[5][5];
+};
 
 HWY_INLINE ShortVector twice(ShortVector v)
 {
@@ -46,6 +46,12 @@ struct Gradients {
     ShortVector towards[8];
 };
 
+/// Those of two opposite directions.
+struct GradientPair {
+    ShortVector back;
+    ShortVector forth;
+};
+
 /// Looks at the window as it is, or with rows and columns exchanged.
 template <bool transposed>
 HWY_INLINE ShortVector turned(const Window& w, int aside, int ahead)
@@ -55,7 +61,7 @@ HWY_INLINE ShortVector turned(const Window& w, int aside, int ahead)
 
 /// The gradients up and down, or with \p transposed left and right.
 template <bool transposed>
-HWY_INLINE void straightGradients(const Window& w, ShortVector* towards)
+HWY_INLINE GradientPair straightGradients(const Window& w)
 {
     const auto change = [&](int aside, int ahead) HWY_ATTR {
         return distance(turned<transposed>(w, aside, ahead),
@@ -64,27 +70,27 @@ HWY_INLINE void straightGradients(const Window& w, ShortVector* towards)
     const auto common = hn::Add(twice(change(0, 1)), hn::Add(change(-1, 1), change(1, 1)));
     const auto back = hn::Add(twice(change(0, 0)), hn::Add(change(-1, 0), change(1, 0)));
     const auto forth = hn::Add(twice(change(0, 2)), hn::Add(change(-1, 2), change(1, 2)));
-    towards[0] = hn::Add(common, back);
-    towards[1] = hn::Add(common, forth);
+    return {hn::Add(common, back), hn::Add(common, forth)};
 }
 
 /// The gradients at a chroma site along one diagonal: towards (-1, -side) and (1, side).
 template <int side>
-HWY_INLINE void diagonalAtChroma(const Window& w, ShortVector* back, ShortVector* forth)
+HWY_INLINE GradientPair diagonalAtChroma(const Window& w)
 {
     const auto step = [&](int x, int y)
                           HWY_ATTR { return distance(w(x, side * y), w(x - 1, side * (y - 1))); };
     const auto common =
         hn::Add(twice(distance(w(1, side), w(-1, -side))), hn::Add(step(1, 0), step(0, 1)));
-    *back = hn::Add(hn::Add(common, twice(distance(w(0, 0), w(-2, -2 * side)))),
-                    hn::Add(step(0, -1), step(-1, 0)));
-    *forth = hn::Add(hn::Add(common, twice(distance(w(0, 0), w(2, 2 * side)))),
-                     hn::Add(step(2, 1), step(1, 2)));
+    const auto back = hn::Add(hn::Add(common, twice(distance(w(0, 0), w(-2, -2 * side)))),
+                              hn::Add(step(0, -1), step(-1, 0)));
+    const auto forth = hn::Add(hn::Add(common, twice(distance(w(0, 0), w(2, 2 * side)))),
+                               hn::Add(step(2, 1), step(1, 2)));
+    return {back, forth};
 }
 
 /// The same at a green site.
 template <int side>
-HWY_INLINE void diagonalAtGreen(const Window& w, ShortVector* back, ShortVector* forth)
+HWY_INLINE GradientPair diagonalAtGreen(const Window& w)
 {
     const auto common = distance(w(1, side), w(-1, -side));
     const auto sum = [&](int way) HWY_ATTR {
@@ -93,8 +99,7 @@ HWY_INLINE void diagonalAtGreen(const Window& w, ShortVector* back, ShortVector*
         const auto high = distance(w(way, 2 * way * side), w(-way, 0));
         return twice(hn::Add(hn::Add(common, far), hn::Add(wide, high)));
     };
-    *back = sum(-1);
-    *forth = sum(1);
+    return {sum(-1), sum(1)};
 }
 
 /// Sums over the directions that were chosen, four times what they add up to.
@@ -116,12 +121,12 @@ HWY_INLINE void addDirection(Sums* sums, hn::Mask<Shorts> chosen, ShortVector ow
 
 /// The directions whose gradient is at most 1.5 min + 0.5 (max - min).
 struct Choice {
-    ShortVector doubled[8];
-    ShortVector limit; // just above the threshold
+    Gradients gradients;
+    ShortVector limit; // just above twice the threshold
 
     HWY_INLINE hn::Mask<Shorts> operator()(int direction) const
     {
-        return hn::Lt(doubled[direction], limit);
+        return hn::Lt(twice(gradients.towards[direction]), limit);
     }
 };
 
@@ -134,27 +139,18 @@ HWY_INLINE Choice choose(const Gradients& gradients)
         least = hn::Min(least, g[i]);
         most = hn::Max(most, g[i]);
     }
-    Choice choice;
-    for (int i = 0; i < 8; ++i)
-        choice.doubled[i] = twice(g[i]);
-    choice.limit = hn::Add(hn::Add(twice(least), most), hn::Set(Shorts(), 1));
-    return choice;
+    return {gradients, hn::Add(hn::Add(twice(least), most), hn::Set(Shorts(), 1))};
 }
 
 template <bool atGreen>
 HWY_INLINE Gradients gradientsAt(const Window& w)
 {
-    Gradients g;
-    straightGradients<false>(w, g.towards);
-    straightGradients<true>(w, g.towards + 2);
-    if (atGreen) {
-        diagonalAtGreen<1>(w, g.towards + 4, g.towards + 7);
-        diagonalAtGreen<-1>(w, g.towards + 6, g.towards + 5);
-    } else {
-        diagonalAtChroma<1>(w, g.towards + 4, g.towards + 7);
-        diagonalAtChroma<-1>(w, g.towards + 6, g.towards + 5);
-    }
-    return g;
+    const GradientPair upright = straightGradients<false>(w);
+    const GradientPair across = straightGradients<true>(w);
+    const GradientPair falling = atGreen ? diagonalAtGreen<1>(w) : diagonalAtChroma<1>(w);
+    const GradientPair rising = atGreen ? diagonalAtGreen<-1>(w) : diagonalAtChroma<-1>(w);
+    return {{upright.back, upright.forth, across.back, across.forth, falling.back, rising.forth,
+             rising.back, falling.forth}};
 }
 
 HWY_INLINE Sums noSums()
@@ -239,10 +235,10 @@ HWY_NOINLINE PixelVector variableGradientsPixels(AnyPhase phase, const Row<2>& r
 {
     const auto chroma = everySecond(row[0] + x + phase.chroma);
     const auto green = everySecond(row[0] + x + phase.green);
-    const Sums c = sumsAtChroma(windowAt(row, x + phase.chroma));
+    const Sums c = sumsAtChroma(Window(row, x + phase.chroma));
     const auto greenAtChroma = hn::Add(chroma, quotient(c.first, c.count));
     const auto otherAtChroma = hn::Add(chroma, quotient(c.second, c.count));
-    const Sums g = sumsAtGreen(windowAt(row, x + phase.green));
+    const Sums g = sumsAtGreen(Window(row, x + phase.green));
     const auto chromaAtGreen = hn::Add(green, quotient(g.first, g.count));
     const auto otherAtGreen = hn::Add(green, quotient(g.second, g.count));
     return {phase.joined(chroma, chromaAtGreen), phase.joined(greenAtChroma, green),
