@@ -162,6 +162,7 @@ void MainWindow::connectAids()
 {
     connect(actions->ruler, &QAction::toggled, area, &PictureArea::showRuler);
     connect(area, &PictureArea::rulerShown, actions->ruler, &QAction::setChecked);
+    connect(area, &PictureArea::rulerShown, docks->measure, &MeasurePanel::setRulerShown);
     connect(area, &PictureArea::rulerChanged, docks->measure, &MeasurePanel::setRuler);
     connect(docks->measure, &MeasurePanel::rulerRequested, area, &PictureArea::setRulerLine);
     connect(docks->measure, &MeasurePanel::scaleChanged, this,

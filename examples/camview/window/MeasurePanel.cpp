@@ -53,7 +53,7 @@ MeasurePanel::MeasurePanel(QWidget* parent)
     qobject_cast<QLabel*>(form->labelForField(scaleRow))->setBuddy(scaleBox);
     qobject_cast<QLabel*>(form->labelForField(rulerRow))->setBuddy(ends[0]);
     qobject_cast<QLabel*>(form->labelForField(areaRow))->setBuddy(edges[0]);
-    setRuler({});
+    setRulerShown(false);
     setArea({});
 
     const auto announceScale = [this] { emit scaleChanged(magnification(), unit()); };
@@ -75,13 +75,18 @@ QLayout* MeasurePanel::pixelRow(Quad& boxes, const std::array<QString, 4>& names
     return row;
 }
 
-void MeasurePanel::showIn(const Quad& boxes, const std::array<int, 4>& values, bool enabled)
+void MeasurePanel::showIn(const Quad& boxes, const std::array<int, 4>& values)
 {
     for (std::size_t i = 0; i < boxes.size(); ++i) {
         const QSignalBlocker block(boxes[i]);
         boxes[i]->setValue(values[i]);
-        boxes[i]->setEnabled(enabled);
     }
+}
+
+void MeasurePanel::enable(const Quad& boxes, bool enabled)
+{
+    for (QSpinBox* box : boxes)
+        box->setEnabled(enabled);
 }
 
 void MeasurePanel::requestArea()
@@ -118,13 +123,19 @@ void MeasurePanel::setRuler(const QLineF& line)
 {
     ruler = line;
     const QLine nearest = line.toLine();
-    showIn(ends, {nearest.x1(), nearest.y1(), nearest.x2(), nearest.y2()}, !line.isNull());
+    showIn(ends, {nearest.x1(), nearest.y1(), nearest.x2(), nearest.y2()});
+}
+
+void MeasurePanel::setRulerShown(bool shown)
+{
+    enable(ends, shown);
 }
 
 void MeasurePanel::setArea(const QRect& newArea)
 {
     area = newArea;
-    showIn(edges, {area.x(), area.y(), area.width(), area.height()}, !area.isEmpty());
+    showIn(edges, {area.x(), area.y(), area.width(), area.height()});
+    enable(edges, !area.isEmpty());
     if (area.isEmpty())
         statistics->setText(tr("Show the measured area to see its mean and deviation."));
 }

@@ -27,6 +27,8 @@ public:
     void setPicture(const LivePicture& picture);
     /// The ruler's line in picture pixels; null for none.
     void setRuler(const QLineF& line);
+    /// Whether there is a ruler to move; its ends may lie on one another.
+    void setRulerShown(bool shown);
     /// The measured rectangle in picture pixels; empty for none.
     void setArea(const QRect& newArea);
 
@@ -48,7 +50,8 @@ private:
     using Quad = std::array<QSpinBox*, 4>;
 
     QLayout* pixelRow(Quad& boxes, const std::array<QString, 4>& names);
-    static void showIn(const Quad& boxes, const std::array<int, 4>& values, bool enabled);
+    static void showIn(const Quad& boxes, const std::array<int, 4>& values);
+    static void enable(const Quad& boxes, bool enabled);
     void requestArea();
     void requestRuler();
     void showStatistics(const RawPicture& raw);

@@ -115,10 +115,10 @@ void PictureArea::keepRulerReachable()
     Ruller& ruler = view->getRuller();
     if (!ruler.isVisible())
         return;
-    if (!rulerPlaced)
+    setRulerLine(rulerLine());
+    // Both ends in one corner are hard to take hold of.
+    if (!rulerPlaced || rulerLine().isNull())
         placeRuler();
-    else
-        setRulerLine(rulerLine());
     ruler.updateRuller(); // the label's scale follows the decimation
 }
 
