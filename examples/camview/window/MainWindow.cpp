@@ -17,6 +17,7 @@
 #include "WindowActions.h"
 #include "aids/Snapshot.h"
 #include "cameras/CameraFactory.h"
+#include "cameras/SourceText.h"
 
 #include <AppComponents/log/DiagnosticPrinting.h>
 
@@ -34,6 +35,7 @@ namespace
 
 constexpr int counterMs = 250;
 constexpr int messageMs = 8000;
+constexpr int silenceMs = 3000; // longer than any exposure
 
 /// A source for a file that the user picked.
 QString sourceOfFile(const QString& fileName)
@@ -132,8 +134,12 @@ void MainWindow::connectCamera()
     connect(sourceBar, &SourceBar::camerasFound, this, [this](int count) {
         statusBar()->showMessage(tr("%n camera(s) found", nullptr, count), messageMs);
     });
-    connect(&counterTimer, &QTimer::timeout, this,
-            [this] { status->showCounters(control.counters()); });
+    connect(&counterTimer, &QTimer::timeout, this, [this] {
+        status->showCounters(control.counters());
+        // The view counts only while pictures come.
+        if (sincePicture.isValid() && sincePicture.hasExpired(silenceMs))
+            status->showFrameRate(0);
+    });
     counterTimer.start(counterMs);
 }
 
@@ -256,6 +262,7 @@ void MainWindow::useCamera(std::unique_ptr<Camera> camera, const QString& source
     saveSettings();
     control.close();
     notice->showNotice({});
+    statusBar()->clearMessage();
 
     const CameraInfo info = camera->info();
     store.emplace(options.settingsRoot, info.name);
@@ -265,7 +272,10 @@ void MainWindow::useCamera(std::unique_ptr<Camera> camera, const QString& source
         settings.frameRate = info.naturalRate;
     if (options.restoreSettings) {
         const SettingsStore::Content content = store->load(ProcessingModel::defaults().correction);
+        const int openedDepth = settings.bitDepth;
         settings = cameraSettingsFrom(content.window["camera"].toObject(), settings);
+        if (SourceText(source).has("bits")) // asked for by name, it goes before what was saved
+            settings.bitDepth = openedDepth;
         restore(content);
     }
     camera->apply(settings);
@@ -292,6 +302,7 @@ void MainWindow::showNewestPicture()
         area->liveView().setFocus(Qt::OtherFocusReason);
     control.countShown();
     ++shownPictures;
+    sincePicture.start();
     showPanels(*picture);
     emit pictureShown();
 }
@@ -324,7 +335,7 @@ void MainWindow::showStreamEvent(int event, const QString& detail)
         break;
     case StreamEvent::Returned:
         notice->showNotice({});
-        statusBar()->showMessage(tr("The camera is back."));
+        statusBar()->showMessage(tr("The camera is back."), messageMs);
         break;
     }
 }

@@ -7,6 +7,7 @@
 #include "RecordingControl.h"
 #include "SettingsStore.h"
 
+#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QTimer>
 
@@ -108,4 +109,5 @@ private:
     QPoint hoveredPixel{-1, -1};
     QTimer counterTimer;
     std::uint64_t shownPictures = 0;
+    QElapsedTimer sincePicture;
 };

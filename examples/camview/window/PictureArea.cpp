@@ -24,7 +24,7 @@ PictureArea::PictureArea(QWidget* parent)
 
     Ruller& ruler = view->getRuller();
     ruler.setZValue(4);
-    connect(&ruler, &Ruller::rullerChanged, this, &PictureArea::rulerChanged);
+    connect(&ruler, &Ruller::rullerChanged, this, [this] { emit rulerChanged(rulerLine()); });
     // Escape hides the ruler behind our back.
     connect(&ruler, &QGraphicsObject::visibleChanged, this, [this] {
         const bool shown = view->getRuller().isVisible();
