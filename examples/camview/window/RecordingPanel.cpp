@@ -176,6 +176,8 @@ void RecordingPanel::showStatus(const RecorderStatus& now)
     const QString text = lines.join(QStringLiteral("<br>"));
     if (text != status->text())
         status->setText(text);
+    // The form reckons with a line too few for text that it has to wrap.
+    status->setMinimumHeight(status->heightForWidth(status->width()));
 }
 
 QString RecordingPanel::statusText() const
