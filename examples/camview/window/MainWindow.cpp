@@ -359,8 +359,9 @@ void MainWindow::toggleFullScreen()
 
 void MainWindow::chooseFile()
 {
-    const QString fileName =
-        QFileDialog::getOpenFileName(this, tr("Open a recording or photograph"));
+    const QString fileName = QFileDialog::getOpenFileName(
+        this, tr("Open a recording or photograph"), options.outputFolder,
+        tr("Recordings and photographs (*.dat *.png *.jpg *.jpeg *.bmp *.ppm);;All files (*)"));
     if (!fileName.isEmpty())
         openSource(sourceOfFile(fileName));
 }

@@ -174,10 +174,13 @@ void RecordingPanel::showStatus(const RecorderStatus& now)
     if (!now.problem.isEmpty())
         lines << QStringLiteral("<b>%1</b>").arg(now.problem.toHtmlEscaped());
     const QString text = lines.join(QStringLiteral("<br>"));
-    if (text != status->text())
-        status->setText(text);
+    if (text == status->text() && status->width() == fittedWidth)
+        return;
+    status->setText(text);
     // The form reckons with a line too few for text that it has to wrap.
-    status->setMinimumHeight(status->heightForWidth(status->width()));
+    fittedWidth = status->width();
+    status->setMinimumHeight(0); // the label's answer never falls below it
+    status->setMinimumHeight(status->heightForWidth(fittedWidth));
 }
 
 QString RecordingPanel::statusText() const

@@ -52,4 +52,5 @@ private:
     QSpinBox* warnBelow; ///< MiB
     QSpinBox* stopBelow; ///< MiB
     QLabel* status;
+    int fittedWidth = -1; ///< the status has its height for this width
 };
