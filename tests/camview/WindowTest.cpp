@@ -127,7 +127,22 @@ TEST_F(WindowTest, ShowsRawValuePositionAndColourUnderThePointer)
     const int raw = int(hit.x()) * 8 + int(hit.y());
     EXPECT_TRUE(text.contains(QString("raw %1 ").arg(raw))) << text.toStdString();
     EXPECT_TRUE(text.contains(QString("rgb %1 %1 %1").arg(raw >> 4))) << text.toStdString();
-    EXPECT_TRUE(text.contains("x 1") && text.contains("y 5")) << text.toStdString();
+    const QString position = QString("x %1  y %2").arg(int(hit.x())).arg(int(hit.y()));
+    EXPECT_TRUE(text.contains(position)) << text.toStdString();
+
+    // Mirrored and decimated, the pixel shows another place of the sensor.
+    window->processingModel().change([](ProcessingSettings& s) { s.correction.flipH = true; });
+    CameraSettings halved = window->cameraControl().settings();
+    halved.decimation = 2;
+    window->cameraControl().apply(halved);
+    ASSERT_TRUE(window.show(camera, flat));
+    const QPoint middle = onScreen({100.5, 75.5});
+    QMouseEvent moveBack(QEvent::MouseMove, middle, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(view().viewport(), &moveBack);
+    const QPointF now = view().mapToScene(middle);
+    EXPECT_TRUE(window->statusPanel().text().contains(
+        QString("x %1  y %2").arg(398 - 2 * int(now.x())).arg(2 * int(now.y()))))
+        << window->statusPanel().text().toStdString();
 
     QEvent leave(QEvent::Leave);
     QApplication::sendEvent(view().viewport(), &leave);

@@ -104,8 +104,13 @@ void MainWindow::connectView()
     connect(&feed, &LiveFeed::pictureWaiting, this, &MainWindow::showNewestPicture);
     connect(&view, &LifeView::showViewFramerate, status, &StatusPanel::showFrameRate);
     connect(&view, &Viewer::showZoom, status, &StatusPanel::showZoom);
-    connect(&view, &LifeView::sensorePosition, status, &StatusPanel::showSensorPosition);
-    connect(&view, &LifeView::pinColor, status, &StatusPanel::showPinnedColor);
+    // Position and colour of LifeView's signals suit undecimated pictures that are not mirrored;
+    // here they hold for all.
+    connect(&view, &LifeView::pinColor, this, [this, &view] {
+        const QImage& shown = view.getBitmap();
+        status->showPinnedColor(shown.valid(hoveredPixel) ? shown.pixelColor(hoveredPixel)
+                                                          : QColor());
+    });
     connect(&view, &LifeView::toggleFullScreen, this, &MainWindow::toggleFullScreen);
     connect(&view, &LifeView::setCameraViewport, this, [this](ViewPort wanted) {
         control.requestRegion({wanted.startX, wanted.startY, wanted.width, wanted.height});

@@ -5,6 +5,22 @@
 #include <QLabel>
 #include <QStatusBar>
 
+namespace
+{
+
+/// The first sensor pixel that the picture's pixel shows.
+QPoint onSensor(const QPoint& pixel, const _FrameParams& params)
+{
+    QPoint distance = pixel * params.decimation;
+    if (params.mirrorH)
+        distance.setX(params.width - params.decimation - distance.x());
+    if (params.mirrorV)
+        distance.setY(params.height - params.decimation - distance.y());
+    return QPoint(params.posX, params.posY) + distance;
+}
+
+} // namespace
+
 StatusPanel::StatusPanel(QStatusBar& statusBar)
     : QObject(&statusBar)
     , bar(statusBar)
@@ -54,6 +70,7 @@ void StatusPanel::showPixel(const QPoint& point, const LivePicture* picture)
         picture != nullptr && picture->image && picture->image->rect().contains(point);
     if (!inside) {
         pixel->clear();
+        position->clear();
         return;
     }
     const RawPicture raw(picture->raw, picture->flippedH, picture->flippedV);
@@ -63,6 +80,8 @@ void StatusPanel::showPixel(const QPoint& point, const LivePicture* picture)
                        .arg(color.red())
                        .arg(color.green())
                        .arg(color.blue()));
+    const QPoint sensor = onSensor(point, picture->params);
+    position->setText(tr("x %1  y %2").arg(sensor.x()).arg(sensor.y()));
 }
 
 void StatusPanel::showFrameRate(float framesPerSecond)
@@ -73,14 +92,6 @@ void StatusPanel::showFrameRate(float framesPerSecond)
 void StatusPanel::showZoom(float zoom)
 {
     zoomLabel->setText(tr("%1 %").arg(static_cast<double>(zoom) * 100.0, 0, 'f', 0));
-}
-
-void StatusPanel::showSensorPosition(const QPointF& point)
-{
-    if (point.x() < 0 || point.y() < 0)
-        position->clear();
-    else
-        position->setText(tr("x %1  y %2").arg(point.x(), 0, 'f', 0).arg(point.y(), 0, 'f', 0));
 }
 
 void StatusPanel::showPinnedColor(const QColor& color)

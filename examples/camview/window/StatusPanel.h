@@ -20,7 +20,8 @@ public:
     explicit StatusPanel(QStatusBar& bar);
 
     void showCounters(const SessionCounters& counters);
-    /// The pixel under the pointer of the newest picture; (-1, -1) clears.
+    /// The pixel under the pointer of the newest picture, and where it lies on the sensor;
+    /// (-1, -1) clears.
     void showPixel(const QPoint& pixel, const LivePicture* picture);
 
     static QString countersText(const SessionCounters& counters);
@@ -29,7 +30,6 @@ public:
 public slots:
     void showFrameRate(float framesPerSecond);
     void showZoom(float zoom);
-    void showSensorPosition(const QPointF& position);
     void showPinnedColor(const QColor& color);
 
 private:
