@@ -171,6 +171,9 @@ TEST_F(WindowTest, TheControlsReachTheCameraAndThePicture)
     QTest::keyClick(&*window, Qt::Key_T);
     EXPECT_TRUE(window->processingModel().settings().autoStretch);
     EXPECT_TRUE(window.waitForPictures(2));
+
+    ASSERT_TRUE(window->openSource("sim?bits=10"));
+    EXPECT_EQ(window->cameraControl().settings().bitDepth, 10) << "asked for, and 8 was saved";
 }
 
 TEST_F(WindowTest, TheMeasuredAreaShowsTheRawDataUnderIt)
