@@ -54,7 +54,9 @@ HWY_INLINE ByteVector joined(ShortVector even, ShortVector odd)
 }
 
 /// Writes triples. As 3 and 16 have no common factor, each channel takes one permutation of its
-/// 16-byte blocks, after which every byte is at its place in one of three blocks of triples.
+/// 16-byte blocks, after which every byte is at its place in one of three blocks of triples. The
+/// blocks are put in order by the last step of Highway's own StoreInterleaved3, which is not part
+/// of its documented interface.
 HWY_INLINE void storeTriples(ByteVector red, ByteVector green, ByteVector blue, std::uint8_t* rgb)
 {
     const Bytes d;
