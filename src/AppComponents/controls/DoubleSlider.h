@@ -13,7 +13,7 @@ class ISetTexter;
 /// A slider that edits a floating-point model value, spread linearly over its integer range.
 ///
 /// A value that the user sets is announced (committed) by modelValueChanged() only when the handle
-/// is released or when the user has paused for delay() milliseconds; setters never announce. An
+/// is released or when the user has paused for getDelay() milliseconds; setters never announce. An
 /// optional texter follows the handle at once. GUI thread only.
 ///
 /// The integer range must never be a single position: the slot that follows a change of the range
@@ -29,8 +29,8 @@ public:
 
     /// Spreads \p min ... \p max over the integer range and shows both in the tooltip. The handle
     /// stays where it is.
-    /// \throws std::runtime_error "Incorrect scaling limits" if the ends are equal; the slider's
-    ///   signals stay blocked then.
+    /// \throws std::runtime_error "Incorrect scaling limits" if the ends are equal or the integer
+    ///   range is a single position; the slider's signals stay blocked then.
     void setModelRange(double min, double max);
     /// The same with a default value, which the tooltip shows too.
     void setModelRange(double min, double max, double def);
@@ -65,9 +65,12 @@ public:
 public slots:
     void sliderChange(SliderChange change) override;
     void actionWasTriggered(int);
-    /// Hides the signal of the same name: connections to the signal name QAbstractSlider.
+    /// Commits a position that differs from the last committed one; while the handle is held, only
+    /// the pause takes the present getDelay(). For the application to connect. Hides the signal of
+    /// the same name: connections to the signal name QAbstractSlider.
     void sliderMoved(int);
     void sliderRangeChanged(int minValue, int maxValue);
+    /// Takes the position as committed and starts the pause. For the application to connect.
     void sliderWasPressed();
     void sliderWasReleased();
     void timerTimeOut();

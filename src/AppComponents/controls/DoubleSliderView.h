@@ -16,7 +16,7 @@ class ISetValuer;
 /// a spin box, its presenter, in step with the handle.
 ///
 /// A value that the user sets is announced (committed) by modelValueChanged(): at once for keys,
-/// page clicks and the wheel, every delay() milliseconds and on release for a drag, and with the
+/// page clicks and the wheel, every getDelay() milliseconds and on release for a drag, and with the
 /// typed value itself for an edit in the spin box. Setters never announce. Without a mapper the
 /// view is an ordinary slider whose model values are 0.0. GUI thread only.
 ///

@@ -21,6 +21,6 @@ public:
     virtual double getModelDefault() = 0;
     /// Switches between the full range and the one from getModelMin() to getModelDefault().
     virtual void limitToSubrange(bool limited) = 0;
-    /// Replaces the model range and the default value; keeps the UI range.
+    /// Replaces the model range and the default value.
     virtual void setModelRange(double min, double max, double defaultValue) = 0;
 };

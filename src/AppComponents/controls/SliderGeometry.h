@@ -9,6 +9,6 @@ class QStyleOptionSlider;
 /// \p area, at \p fraction of its width less a margin at either end.
 void drawDefaultMarker(QPainter& painter, const QRect& area, double fraction);
 
-/// Pixel position of \p value along the groove that \p style lays out for \p option, measured from
-/// the groove's start to the handle's start.
+/// Pixel position of \p value along the groove that the style of \p slider lays out for \p option,
+/// measured from the groove's start to the handle's start.
 int sliderValueToPixelPos(const QSlider& slider, const QStyleOptionSlider& option, int value);
