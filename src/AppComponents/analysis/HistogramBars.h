@@ -1,5 +1,10 @@
 #pragma once
 
+#include <QColor>
+
+/// Colour of the ranges below and above the data of a histogram.
+constexpr QRgb emptyRangeShade = qRgb(223, 228, 234);
+
 /// Pixel heights of histogram bars, the tallest of which is as high as the chart.
 class HistogramBars
 {

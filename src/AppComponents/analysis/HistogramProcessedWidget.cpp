@@ -13,8 +13,6 @@ constexpr int chartHeight = 128;
 constexpr int levelCount = 256;
 constexpr int outlineSize = levelCount + 2;
 
-constexpr QRgb emptyRangeShade = qRgb(223, 228, 234);
-
 /// How a colour channel is drawn.
 struct ChannelStyle {
     QColor fill;

@@ -6,13 +6,6 @@
 
 #include "HistogramBars.h"
 
-namespace
-{
-
-constexpr QRgb emptyRangeShade = qRgb(223, 228, 234);
-
-} // namespace
-
 HistogramRawWidget::HistogramRawWidget(QWidget* parent)
     : QWidget(parent)
 {
