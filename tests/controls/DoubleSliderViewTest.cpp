@@ -15,6 +15,31 @@
 namespace
 {
 
+/// Logs the calls that depend on each other.
+class LoggingMapper : public ScaleMapper
+{
+public:
+    using ScaleMapper::ScaleMapper;
+
+    void limitToSubrange(bool limit) override
+    {
+        ScaleMapper::limitToSubrange(limit);
+        log << (limit ? "limit" : "unlimit");
+    }
+    double UI2Model(int position) override
+    {
+        log << QStringLiteral("at %1").arg(position);
+        return ScaleMapper::UI2Model(position);
+    }
+    int signifDigits(double value) override
+    {
+        log << QStringLiteral("digits of %1").arg(value);
+        return ScaleMapper::signifDigits(value);
+    }
+
+    QStringList log;
+};
+
 /// A view over 0 ... 2 in steps of 0.01, default 1, beside its spin box.
 class DoubleSliderViewTest : public testing::Test
 {
@@ -182,6 +207,23 @@ TEST_F(DoubleSliderViewTest, OutlivesItsPresenter)
     EXPECT_EQ(replacement.value(), 0.99);
     delete view;
     replacement.setValue(0.5);
+}
+
+TEST(DoubleSliderView, AsksItsMapperInOrder)
+{
+    DoubleSliderView view(nullptr);
+    const auto mapper =
+        QSharedPointer<LoggingMapper>::create(ScaleMapper::Scale::Linear, 200, 0.0, 2.0, 1.0);
+    view.setMapper(mapper);
+    view.setValue(150);
+    mapper->log.clear();
+    view.setModelRange(0.0, 4.0, 2.0);
+    EXPECT_EQ(mapper->log.join(", "), "at 150, unlimit, at 150, digits of 2, digits of 4, "
+                                      "digits of 0, at 150, at 150");
+    mapper->log.clear();
+    view.limitToSubrange(true);
+    EXPECT_EQ(mapper->log.join(", "),
+              "limit, at 150, at 100, digits of 2, digits of 4, digits of 0, at 100");
 }
 
 TEST(DoubleSliderView, IsAnOrdinarySliderWithoutAMapper)
