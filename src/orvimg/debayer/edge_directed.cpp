@@ -81,14 +81,15 @@ HWY_INLINE int origin(const Row<2>& row)
     return -row.chromaColumn;
 }
 
-HWY_INLINE void differenceRow(const Row<2>& row, int width, std::int16_t* differences)
+HWY_INLINE void differenceRow(const WholeRow<2>& row, std::int16_t* differences)
 {
-    const int sitesAtOnce = pixelsAtOnce() / 2;
-    const int end = width / 2 + 2;
-    for (int i = -sitesAtOnce; i < end; i += sitesAtOnce) {
-        const int x = origin(row) + 2 * i;
-        hn::StoreU(hn::Sub(everySecond(row[0] + x), greenAt(row, x)), Shorts(), differences + i);
-    }
+    const int start = origin(row.inPlace);
+    const int end = row.width + 4; // two more sites
+    forEachVector(row, start - pixelsAtOnce(), end,
+                  [=](const Row<2>& samples, int x, auto) HWY_ATTR ORVIMG_INLINED {
+                      hn::StoreU(hn::Sub(everySecond(samples[0] + x), greenAt(samples, x)),
+                                 Shorts(), differences + (x - start) / 2);
+                  });
 }
 
 /// The differences around a row: its own at the origin, and at the sites left of that in the
@@ -144,13 +145,13 @@ void edgeDirectedRows(const BayerMosaic& mosaic, RowBand band, std::uint8_t* rgb
         rows.load(y);
     for (int y = band.first - 1; y <= band.last; ++y) {
         rows.load(y + 2);
-        differenceRow(rowOfCopies<2>(mosaic, rows, y), mosaic.width, differences.row(y));
+        differenceRow(wholeRow<2>(mosaic, rows, y), differences.row(y));
         if (y - 1 < band.first)
             continue;
-        const Row<2> row = rowOfCopies<2>(mosaic, rows, y - 1);
-        const Differences around = differencesAround(row, differences);
-        writer.write(row, row, [around](auto phase, const Row<2>& window, int x) HWY_ATTR {
-            return edgeDirectedPixels(phase, window, x, around);
+        const WholeRow<2> row = wholeRow<2>(mosaic, rows, y - 1);
+        const Differences around = differencesAround(row.inPlace, differences);
+        writer.write(row, y + 3, [around](auto phase, const Row<2>& samples, int x) HWY_ATTR {
+            return edgeDirectedPixels(phase, samples, x, around);
         });
     }
 }

@@ -28,16 +28,9 @@ PaddedRows::PaddedRows(const BayerMosaic& source, int heldRows, Scratch& scratch
 
 void PaddedRows::load(int y)
 {
-    const std::uint8_t* const from = mosaic.row(y);
-    std::memcpy(target(y), from, static_cast<std::size_t>(mosaic.width));
-    mirrorEnds(from, target(y));
-}
-
-void PaddedRows::loadEnds(int y)
-{
     constexpr int end = 3 * margin;
     if (mosaic.width <= 2 * end) {
-        load(y);
+        loadWhole(y);
         return;
     }
     const std::uint8_t* const from = mosaic.row(y);
@@ -46,6 +39,13 @@ void PaddedRows::loadEnds(int y)
     std::memcpy(to, from, end);
     std::memcpy(to + last, from + last, end);
     mirrorEnds(from, to);
+}
+
+void PaddedRows::loadWhole(int y)
+{
+    const std::uint8_t* const from = mosaic.row(y);
+    std::memcpy(target(y), from, static_cast<std::size_t>(mosaic.width));
+    mirrorEnds(from, target(y));
 }
 
 void PaddedRows::mirrorEnds(const std::uint8_t* from, std::uint8_t* to) const

@@ -9,9 +9,9 @@ namespace orvimg
 /// Bytes of the longest vector that a kernel works with.
 constexpr int longestVector = 64;
 
-/// A window of rows of a mosaic that rolls down the picture. The rows are copies, mirrored
-/// beyond their ends, so that a kernel needs no border rules and may run over both ends by a
-/// vector and its reach.
+/// The ends of the rows in a window that rolls down a mosaic. They are copies, mirrored beyond the
+/// mosaic, so that a kernel needs no border rules and may run over both ends by a vector and its
+/// reach.
 class PaddedRows
 {
 public:
@@ -19,11 +19,10 @@ public:
     static std::size_t scratchBytes(int width, int count);
     PaddedRows(const BayerMosaic& source, int count, Scratch& scratch);
 
-    /// Holds row \p y, any row of the endless mirrored picture, in place of row y - count.
+    /// Holds the ends of row \p y, any row of the endless mirrored picture, in place of those of
+    /// row y - count. They are whole for all vectors that run over an end or start within a
+    /// vector's length of it; the samples between are left out.
     void load(int y);
-    /// As load(), but leaves out the middle of the row: both ends are whole for all vectors that
-    /// run over an end or start within a vector's length of it.
-    void loadEnds(int y);
 
     /// \return sample 0 of row \p y, which must be held.
     const std::uint8_t* row(int y) const { return rows + slot(y) * stride + margin; }
@@ -39,6 +38,7 @@ private:
         return static_cast<std::size_t>(y + margin * count) % static_cast<std::size_t>(count);
     }
     std::uint8_t* target(int y) { return rows + slot(y) * stride + margin; }
+    void loadWhole(int y);
     void mirrorEnds(const std::uint8_t* from, std::uint8_t* to) const;
 
     BayerMosaic mosaic;

@@ -21,6 +21,53 @@ namespace orvimg
 namespace HWY_NAMESPACE
 {
 
+/// Where the pixels of a row go.
+/// \tparam bypassesCache whether whole vectors are written around the caches, which takes aligned
+///   addresses
+template <bool bypassesCache>
+struct PixelRow {
+    std::uint8_t* out;
+    int width;
+    bool isRed; ///< the chroma that the mosaic has there
+
+    /// Writes those of the pixels from column \p x on that lie in the picture.
+    HWY_INLINE void put(PixelVector pixels, int x, std::false_type /*isInside*/) const
+    {
+        if (x < 0 || x + pixelsAtOnce() > width)
+            putPart(pixels, x);
+        else
+            put(pixels, x, std::true_type());
+    }
+
+    HWY_INLINE void put(PixelVector pixels, int x, std::true_type /*isInside*/) const
+    {
+        if constexpr (bypassesCache)
+            stream(pixels, out + std::ptrdiff_t{3} * x);
+        else
+            storePixels(isRed, pixels, out + std::ptrdiff_t{3} * x);
+    }
+
+    HWY_INLINE void putPart(PixelVector pixels, int x) const
+    {
+        std::uint8_t triples[3 * longestVector];
+        storePixels(isRed, pixels, triples);
+        const int first = std::max(x, 0);
+        const int end = std::min(x + pixelsAtOnce(), width);
+        std::memcpy(out + std::ptrdiff_t{3} * first, triples + std::ptrdiff_t{3} * (first - x),
+                    3 * static_cast<std::size_t>(end - first));
+    }
+
+    HWY_INLINE void stream(PixelVector pixels, std::uint8_t* to) const
+    {
+        const Bytes d;
+        const std::size_t lanes = hn::Lanes(d);
+        HWY_ALIGN std::uint8_t triples[3 * longestVector]; // stays in registers
+        storePixels(isRed, pixels, triples);
+        for (std::size_t i = 0; i < 3 * lanes; i += lanes)
+            hn::Stream(hn::Load(d, triples + i), d, to + i);
+    }
+};
+
 /// Writes the rows of a picture straight from registers: the fast kernels would lose a third of
 /// their time to a line in between, even though it stays in the first-level cache. Large pictures
 /// are written around the caches, which takes aligned vectors; so the kernels start a row wherever
@@ -43,20 +90,15 @@ public:
     PictureWriter(const PictureWriter&) = delete;
     PictureWriter& operator=(const PictureWriter&) = delete;
 
-    /// Writes a row with the vectors pixelsAt(phase, row, x). The row after the window is fetched
-    /// meanwhile.
-    /// \param padded, inPlace the same row with ends that a vector may run over, and without
+    /// Writes a row with the vectors pixelsAt(phase, row, x).
+    /// \param ahead a row of the mosaic that is fetched meanwhile
     template <int reach, typename PixelsAt>
-    HWY_INLINE void write(const Row<reach>& padded, const Row<reach>& inPlace,
-                          PixelsAt pixelsAt) const
+    HWY_INLINE void write(const WholeRow<reach>& row, int ahead, PixelsAt pixelsAt) const
     {
-        std::uint8_t* const out = picture + rowBytes * static_cast<std::size_t>(padded.y);
-        const int aligned = bypassesCache ? pixelsUntilAligned(out) : 0;
-        const int first = aligned == 0 ? 0 : aligned - pixelsAtOnce();
-        if (((first ^ padded.chromaColumn) & 1) == 0)
-            fill(Phase<true>(), padded, inPlace, first, out, pixelsAt);
+        if (bypassesCache)
+            fill<true>(row, mosaic.row(ahead), pixelsAt);
         else
-            fill(Phase<false>(), padded, inPlace, first, out, pixelsAt);
+            fill<false>(row, mosaic.row(ahead), pixelsAt);
     }
 
 private:
@@ -64,53 +106,27 @@ private:
     // is overwritten would cost a third of the memory traffic.
     static constexpr std::size_t largePicture = std::size_t{12} << 20;
 
-    template <typename AnyPhase, int reach, typename PixelsAt>
-    HWY_INLINE void fill(AnyPhase phase, const Row<reach>& padded, const Row<reach>& inPlace,
-                         int first, std::uint8_t* out, PixelsAt pixelsAt) const
+    template <bool around, int reach, typename PixelsAt>
+    HWY_INLINE void fill(const WholeRow<reach>& row, const std::uint8_t* ahead,
+                         PixelsAt pixelsAt) const
     {
-        const int lanes = pixelsAtOnce();
-        const std::uint8_t* const ahead = mosaic.row(padded.y + reach + 1);
-        const auto fillUntil = [&](int x, int end, const Row<reach>& row) HWY_ATTR {
-            for (; x < end; x += lanes) {
-                hwy::Prefetch(ahead + std::max(x, 0));
-                put(row.isRed, pixelsAt(phase, row, x), x, out);
-            }
-            return x;
+        const int y = row.inPlace.y;
+        const PixelRow<around> pixels{picture + rowBytes * static_cast<std::size_t>(y),
+                                      mosaic.width, mosaic.isRedRow(y)};
+        const int aligned = around ? pixelsUntilAligned(pixels.out) : 0;
+        const int first = aligned == 0 ? 0 : aligned - pixelsAtOnce();
+        const auto fillFrom = [=, &row](auto phase) HWY_ATTR ORVIMG_INLINED {
+            forEachVector(row, first, pixels.width,
+                          [=](const Row<reach>& samples, int x, auto isInside)
+                              HWY_ATTR ORVIMG_INLINED {
+                                  hwy::Prefetch(ahead + std::max(x, 0));
+                                  pixels.put(pixelsAt(phase, samples, x), x, isInside);
+                              });
         };
-        int x = fillUntil(first, reach, padded);
-        // Loading every second sample reads one beyond the last of them.
-        x = fillUntil(x, mosaic.width - lanes - reach, inPlace);
-        fillUntil(x, mosaic.width, padded);
-    }
-
-    HWY_INLINE void put(bool isRedRow, PixelVector pixels, int x, std::uint8_t* out) const
-    {
-        if (x < 0 || x + pixelsAtOnce() > mosaic.width)
-            putPart(isRedRow, pixels, x, out);
-        else if (bypassesCache)
-            stream(isRedRow, pixels, out + std::ptrdiff_t{3} * x);
+        if (((first ^ row.inPlace.chromaColumn) & 1) == 0)
+            fillFrom(Phase<true>());
         else
-            storePixels(isRedRow, pixels, out + std::ptrdiff_t{3} * x);
-    }
-
-    HWY_INLINE void putPart(bool isRedRow, PixelVector pixels, int x, std::uint8_t* out) const
-    {
-        std::uint8_t triples[3 * longestVector];
-        storePixels(isRedRow, pixels, triples);
-        const int first = std::max(x, 0);
-        const int end = std::min(x + pixelsAtOnce(), mosaic.width);
-        std::memcpy(out + std::ptrdiff_t{3} * first, triples + 3 * (first - x),
-                    3 * static_cast<std::size_t>(end - first));
-    }
-
-    static HWY_INLINE void stream(bool isRedRow, PixelVector pixels, std::uint8_t* out)
-    {
-        const Bytes d;
-        const std::size_t lanes = hn::Lanes(d);
-        HWY_ALIGN std::uint8_t triples[3 * longestVector]; // stays in registers
-        storePixels(isRedRow, pixels, triples);
-        for (std::size_t i = 0; i < 3 * lanes; i += lanes)
-            hn::Stream(hn::Load(d, triples + i), d, out + i);
+            fillFrom(Phase<false>());
     }
 
     /// \return how many pixels from \p out on lie before the first at an aligned address: as
@@ -140,10 +156,10 @@ HWY_INLINE void writeRows(const BayerMosaic& mosaic, RowBand band, std::uint8_t*
     PaddedRows ends(mosaic, held, scratch);
     const PictureWriter writer(mosaic, rgb);
     for (int y = band.first - reach; y < band.first + reach; ++y)
-        ends.loadEnds(y);
+        ends.load(y);
     for (int y = band.first; y < band.last; ++y) {
-        ends.loadEnds(y + reach);
-        writer.write(rowOfCopies<reach>(mosaic, ends, y), rowInPlace<reach>(mosaic, y), pixelsAt);
+        ends.load(y + reach);
+        writer.write(wholeRow<reach>(mosaic, ends, y), y + reach + 1, pixelsAt);
     }
 }
 

@@ -7,7 +7,12 @@
 #define ORVIMG_DEBAYER_ROWS_INL_H_
 #endif
 
+#include <type_traits>
+
 #include <hwy/highway.h>
+
+/// For lambdas that are called for each vector: a call would cost more than many of them do.
+#define ORVIMG_INLINED __attribute__((always_inline))
 
 #include <orvimg/debayer/padded_rows.h>
 
@@ -123,7 +128,6 @@ struct Row {
     const std::uint8_t* samples[2 * reach + 1];
     int y;
     int chromaColumn; ///< 0 or 1: the first chroma site
-    bool isRed;
 
     /// \return sample 0 of the row \p dy rows below.
     HWY_INLINE const std::uint8_t* operator[](int dy) const { return samples[dy + reach]; }
@@ -138,20 +142,41 @@ HWY_INLINE Row<reach> windowAround(const BayerMosaic& mosaic, int y, RowAt rowAt
         row.samples[dy + reach] = rowAt(y + dy);
     row.y = y;
     row.chromaColumn = mosaic.chromaColumn(y);
-    row.isRed = mosaic.isRedRow(y);
     return row;
 }
 
+/// A row of a mosaic where it is, and copies of its ends that a vector may run over.
 template <int reach>
-HWY_INLINE Row<reach> rowInPlace(const BayerMosaic& mosaic, int y)
-{
-    return windowAround<reach>(mosaic, y, [&](int row) { return mosaic.row(row); });
-}
+struct WholeRow {
+    Row<reach> inPlace;
+    Row<reach> padded;
+    int width;
+};
 
 template <int reach>
-HWY_INLINE Row<reach> rowOfCopies(const BayerMosaic& mosaic, const PaddedRows& rows, int y)
+HWY_INLINE WholeRow<reach> wholeRow(const BayerMosaic& mosaic, const PaddedRows& ends, int y)
 {
-    return windowAround<reach>(mosaic, y, [&](int row) { return rows.row(row); });
+    return {windowAround<reach>(mosaic, y, [&](int row) { return mosaic.row(row); }),
+            windowAround<reach>(mosaic, y, [&](int row) { return ends.row(row); }), mosaic.width};
+}
+
+/// Calls function(row, x, isInside) for each vector from \p first on that starts before \p end.
+/// The constant isInside tells that the vector does not run over an end.
+template <int reach, typename Function>
+HWY_INLINE void forEachVector(const WholeRow<reach>& row, int first, int end, Function function)
+{
+    const int lanes = pixelsAtOnce();
+    const Row<reach> padded = row.padded;
+    const Row<reach> inPlace = row.inPlace;
+    // Loading every second sample reads one beyond the last of them.
+    const int insideEnd = row.width - lanes - reach;
+    int x = first;
+    for (; x < reach; x += lanes)
+        function(padded, x, std::false_type());
+    for (; x < insideEnd; x += lanes)
+        function(inPlace, x, std::true_type());
+    for (; x < end; x += lanes)
+        function(padded, x, std::false_type());
 }
 
 } // namespace HWY_NAMESPACE
