@@ -33,6 +33,9 @@ protected:
     }
 };
 
+struct FinalAccessor final : CLogAccessor {
+};
+
 // An accessor and a log that only this accessor knows.
 class AccessorTest : public testing::Test
 {
@@ -40,7 +43,7 @@ protected:
     AccessorTest() { accessor->addLog(&log); }
 
     RecordingLog log;
-    std::optional<CLogAccessor> accessor{std::in_place};
+    std::optional<FinalAccessor> accessor{std::in_place};
 };
 
 } // namespace
