@@ -173,6 +173,14 @@ TEST_F(ViewerTest, LetsASlotChangeTheGridBeingBuilt)
     EXPECT_FALSE(grid());
 }
 
+TEST_F(ViewerTest, CutsTheGridAtThePictureThatASlotSets)
+{
+    viewer.setMaxImageSize(500, 500);
+    QObject::connect(&viewer, &Viewer::showZoom, [&] { viewer.setBitmap(plainPicture(60, 40)); });
+    viewer.setBitmap(plainPicture(150, 80));
+    EXPECT_EQ(grid()->rect(), QRectF(0, 0, 60, 40));
+}
+
 TEST_F(ViewerTest, PaintsHardPixelsOnlyWhenMagnified)
 {
     QImage stripes(1000, 1000, QImage::Format_Mono);

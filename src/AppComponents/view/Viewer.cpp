@@ -84,8 +84,9 @@ void Viewer::setBitmap(const QImage& image)
     if (sizeChanged)
         emitZoom();
     setEnabled(true);
+    // Not the argument's size: the slot may have set another picture.
     if (sizeChanged && gridItem)
-        gridItem->setRect(0, 0, image.width(), image.height());
+        gridItem->setRect(bitmap.rect());
     updateShowGrid();
     viewport()->update();
 }
