@@ -234,6 +234,10 @@ TEST(ViewerBackgroundTest, IsClearedWhereverNoPictureComes)
     EXPECT_TRUE(staysClean()) << "no picture";
     view.setBitmap(plainPicture(100, 100));
     EXPECT_TRUE(staysClean()) << "beside a fitted picture";
+    QImage dense = plainPicture(100, 100, Qt::red);
+    dense.setDevicePixelRatio(2.0);
+    view.setBitmap(dense);
+    EXPECT_TRUE(staysClean()) << "with a pixel ratio of its own";
     view.setZoom(0.333);
     EXPECT_TRUE(staysClean()) << "at fractions of a pixel";
     view.rotate(30);

@@ -393,7 +393,8 @@ void Viewer::drawBackground(QPainter* painter, const QRectF& rect)
         const QMutexLocker lock(&bitmapMutex);
         const double shownWidth = transform().mapRect(sceneRect()).width();
         painter->setRenderHint(QPainter::SmoothPixmapTransform, bitmap.width() > shownWidth);
-        painter->drawImage(QPointF(0, 0), bitmap);
+        // Into its rectangle: a picture's own device pixel ratio must not shrink it.
+        painter->drawImage(QRectF(bitmap.rect()), bitmap);
     }
     opaquePictureDrawn = !bitmap.hasAlphaChannel();
     recordIndicator.setPos(mapToScene(5, 5));
