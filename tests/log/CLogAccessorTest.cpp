@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 
-#include <optional>
 #include <stdexcept>
 
 using testing::ElementsAre;
@@ -33,31 +32,28 @@ protected:
     }
 };
 
-struct FinalAccessor final : CLogAccessor {
-};
-
 // An accessor and a log that only this accessor knows.
 class AccessorTest : public testing::Test
 {
 protected:
-    AccessorTest() { accessor->addLog(&log); }
+    AccessorTest() { accessor.addLog(&log); }
 
     RecordingLog log;
-    std::optional<FinalAccessor> accessor{std::in_place};
+    CLogAccessor accessor;
 };
 
 } // namespace
 
 TEST_F(AccessorTest, DeliversTheLineWithItsTypeOnEndl)
 {
-    (*accessor)(InfoLogType) << L"modes: " << 3 << ' ' << "narrow" << std::endl;
-    (*accessor)(AllLogType) << std::flush;
+    accessor(InfoLogType) << L"modes: " << 3 << ' ' << "narrow" << std::endl;
+    accessor(AllLogType) << std::flush;
     EXPECT_THAT(log.chunks, ElementsAre(Chunk{L"modes: 3 narrow\n", InfoLogType}));
 }
 
 TEST_F(AccessorTest, The254thCharacterFinishesAChunk)
 {
-    auto& stream = (*accessor)(DebugLogType);
+    auto& stream = accessor(DebugLogType);
     stream << std::wstring(253, L'a');
     EXPECT_THAT(log.chunks, IsEmpty());
     stream << L'b';
@@ -69,10 +65,13 @@ TEST_F(AccessorTest, The254thCharacterFinishesAChunk)
 
 TEST_F(AccessorTest, TakesTheTypeThatIsSetWhenTheTextLeavesAtTheLatestWhenItDies)
 {
-    (*accessor)(InfoLogType) << L"load";
-    (*accessor)(TimeLogType) << L" 5ms" << std::endl << L"last words";
-    (*accessor)(DebugLogType);
-    accessor.reset();
+    {
+        CLogAccessor mortal;
+        mortal.addLog(&log);
+        mortal(InfoLogType) << L"load";
+        mortal(TimeLogType) << L" 5ms" << std::endl << L"last words";
+        mortal(DebugLogType);
+    }
     EXPECT_THAT(log.chunks,
                 ElementsAre(Chunk{L"load 5ms\n", TimeLogType}, Chunk{L"last words", DebugLogType}));
 }
@@ -92,9 +91,9 @@ TEST_F(AccessorTest, AFailingLogHarmsNeitherTheWriterNorTheOtherLogs)
 TEST_F(AccessorTest, DropsWhatALogWritesBackIntoTheSameAccessor)
 {
     TalkativeLog talkative;
-    talkative.accessor = &*accessor;
-    accessor->addLog(&talkative);
-    (*accessor)(AllLogType) << L"hello" << std::endl << L"again" << std::endl;
+    talkative.accessor = &accessor;
+    accessor.addLog(&talkative);
+    accessor(AllLogType) << L"hello" << std::endl << L"again" << std::endl;
     EXPECT_EQ(log.written, L"hello\nagain\n");
     EXPECT_EQ(talkative.written, L"hello\nagain\n");
 }
@@ -102,10 +101,10 @@ TEST_F(AccessorTest, DropsWhatALogWritesBackIntoTheSameAccessor)
 TEST_F(AccessorTest, KeepsALogOnceHoweverOftenItIsAdded)
 {
     CLogManager::registerLog(&log, L"AddedTwice");
-    accessor->addLog(&log);
-    accessor->addLogList(L"AddedTwice");
-    accessor->addLogList({});
-    (*accessor)(AllLogType) << L"x" << std::endl;
+    accessor.addLog(&log);
+    accessor.addLogList(L"AddedTwice");
+    accessor.addLogList({});
+    accessor(AllLogType) << L"x" << std::endl;
     EXPECT_EQ(log.written, L"x\n");
     CLogManager::getLogList(textLog, L"AddedTwice").clear();
 }
