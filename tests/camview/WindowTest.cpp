@@ -17,6 +17,7 @@
 
 #include <AppComponents/view/ViewportMap.h>
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
@@ -375,6 +376,30 @@ TEST_F(WindowTest, ASourceThatDoesNotOpenLeavesTheWindowUsable)
     EXPECT_TRUE(window->openSource("sim?width=320&height=240"));
     EXPECT_TRUE(window.waitForPictures(1));
     EXPECT_TRUE(window->noticeBar().notice().isEmpty());
+}
+
+TEST_F(WindowTest, TheSourceFieldOpensOnceAndOnlyWhatIsAskedFor)
+{
+    SourceBar& bar = *window->findChild<SourceBar*>();
+    auto* box = bar.findChild<QComboBox*>();
+    QSignalSpy asked(&bar, &SourceBar::openRequested);
+    box->lineEdit()->selectAll();
+    QTest::keyClicks(box, "sim?width=320&height=240");
+    QTest::keyClick(box, Qt::Key_Return);
+    ASSERT_EQ(asked.count(), 1);
+    EXPECT_EQ(asked[0][0].toString(), "sim?width=320&height=240");
+    EXPECT_EQ(box->currentIndex(), box->findText("sim?width=320&height=240")) << "kept in the list";
+
+    // Typed and left, walked through, scrolled over: the camera that runs goes on.
+    box->setEditText("genicam");
+    QFocusEvent leave(QEvent::FocusOut, Qt::TabFocusReason);
+    QApplication::sendEvent(box, &leave);
+    QWheelEvent wheel({5, 5}, box->mapToGlobal({5, 5}), {}, {0, -120}, Qt::NoButton, {},
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(box, &wheel);
+    QTest::keyClick(box, Qt::Key_Down);
+    EXPECT_EQ(asked.count(), 1);
+    QTest::keyClick(box->view(), Qt::Key_Escape);
 }
 
 TEST_F(WindowTest, SnapshotsHoldThePictureAndTheRawFrame)

@@ -6,6 +6,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QCompleter>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -15,13 +17,18 @@ SourceBar::SourceBar(QWidget* parent)
 {
     setObjectName(QStringLiteral("sourceBar"));
     sources->setEditable(true);
-    sources->setInsertPolicy(QComboBox::InsertAtTop);
+    sources->setInsertPolicy(QComboBox::NoInsert);
     sources->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     sources->setMinimumContentsLength(24);
     sources->setToolTip(sourceHelp());
     sources->setAccessibleName(tr("Source"));
     sources->addItems({QStringLiteral("sim"), QStringLiteral("sim?bits=12"),
                        QStringLiteral("sim?mono=1&bits=10"), QStringLiteral("genicam")});
+
+    sources->installEventFilter(this);
+    sources->completer()->setCaseSensitivity(Qt::CaseSensitive); // as file names are
+    // The box itself would open what stands there as soon as the focus moves on.
+    disconnect(sources->lineEdit(), &QLineEdit::editingFinished, sources, nullptr);
 
     auto* label = new QLabel(tr(" So&urce "), this);
     label->setBuddy(sources);
@@ -74,6 +81,12 @@ void SourceBar::findCameras()
 
 void SourceBar::setSource(const QString& source)
 {
+    int index = sources->findText(source);
+    if (index < 0) {
+        index = 0;
+        sources->insertItem(index, source);
+    }
+    sources->setCurrentIndex(index);
     sources->setEditText(source);
 }
 
@@ -92,6 +105,21 @@ void SourceBar::setPlayback(PlaybackControl* control)
         action->setEnabled(control != nullptr);
     }
     step->setEnabled(false);
+}
+
+// The wheel and the arrow keys would open one source after the other on the way to the wanted one.
+bool SourceBar::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Wheel)
+        return true;
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Up || key == Qt::Key_Down) {
+            sources->showPopup();
+            return true;
+        }
+    }
+    return QToolBar::eventFilter(watched, event);
 }
 
 void SourceBar::focusSource()

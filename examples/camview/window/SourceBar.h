@@ -33,6 +33,9 @@ signals:
     void openRequested(const QString& source);
     void camerasFound(int count);
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     QComboBox* sources;
     QAction* find;
