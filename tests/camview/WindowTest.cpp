@@ -285,6 +285,29 @@ TEST_F(WindowTest, ADoubleClickSwitchesFullScreenAndBack)
     EXPECT_TRUE(map->isVisible());
 }
 
+TEST_F(WindowTest, FullScreenDoesNotTouchTheLayout)
+{
+    window.useScriptedCamera();
+    window->findChild<QDockWidget*>("tone")->raise();
+    QApplication::processEvents();
+    const auto expectLayout = [&] {
+        QApplication::processEvents();
+        EXPECT_TRUE(PanelDocks::isSeen(*window->panels().map));
+        EXPECT_TRUE(PanelDocks::isSeen(*window->findChild<QDockWidget*>("tone")));
+        EXPECT_FALSE(PanelDocks::isSeen(*window->panels().camera));
+    };
+    action("fullScreen").trigger();
+    action("fullScreen").trigger();
+    expectLayout();
+
+    // Another camera brings its own layout; the one of this camera is saved before.
+    action("fullScreen").trigger();
+    ASSERT_TRUE(window->openSource("sim?width=320&height=240"));
+    EXPECT_FALSE(action("fullScreen").isChecked());
+    window.useScriptedCamera();
+    expectLayout();
+}
+
 TEST_F(WindowTest, RecordsTheAskedNumberAndPlaysItBack)
 {
     ASSERT_TRUE(window->openSource("sim?bits=8&width=320&height=240"));

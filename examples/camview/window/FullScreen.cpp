@@ -1,5 +1,7 @@
 #include "FullScreen.h"
 
+#include "PanelDocks.h"
+
 #include <QDockWidget>
 #include <QMainWindow>
 #include <QMenuBar>
@@ -18,6 +20,10 @@ void FullScreen::enter()
     for (QDockWidget* dock : window.findChildren<QDockWidget*>())
         parts << dock;
     hidden.clear();
+    inFront.clear();
+    for (QDockWidget* dock : window.findChildren<QDockWidget*>())
+        if (PanelDocks::isSeen(*dock))
+            inFront << dock;
     for (QWidget* part : parts) {
         if (part->isHidden())
             continue;
@@ -34,6 +40,8 @@ void FullScreen::leave()
     on = false;
     for (QWidget* part : hidden)
         part->show();
+    for (QDockWidget* dock : inFront)
+        dock->raise();
     if (wasMaximized)
         window.showMaximized();
     else

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QByteArray>
 #include <QList>
 
+class QDockWidget;
 class QMainWindow;
 class QWidget;
 
@@ -24,4 +24,5 @@ private:
     bool on = false;
     bool wasMaximized = false;
     QList<QWidget*> hidden;
+    QList<QDockWidget*> inFront; ///< of those that share a place, the ones that were seen
 };

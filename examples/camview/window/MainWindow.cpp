@@ -249,6 +249,7 @@ void MainWindow::connectColors()
 
 bool MainWindow::openSource(const QString& source)
 {
+    leaveFullScreen();
     try {
         // A camera may allow one user only: the one before is let go first.
         saveSettings();
@@ -264,6 +265,7 @@ bool MainWindow::openSource(const QString& source)
 
 void MainWindow::useCamera(std::unique_ptr<Camera> camera, const QString& source)
 {
+    leaveFullScreen();
     saveSettings();
     control.close();
     notice->showNotice({});
@@ -362,6 +364,13 @@ void MainWindow::toggleFullScreen()
     actions->fullScreen->setChecked(fullScreen.isOn());
 }
 
+// The layout is saved and restored per camera, and is not what full screen makes of it.
+void MainWindow::leaveFullScreen()
+{
+    if (fullScreen.isOn())
+        toggleFullScreen();
+}
+
 void MainWindow::chooseFile()
 {
     const QString fileName = QFileDialog::getOpenFileName(
@@ -455,7 +464,7 @@ void MainWindow::restore(const SettingsStore::Content& content)
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    fullScreen.leave();
+    leaveFullScreen();
     saveSettings();
     recording.stop();
     if (control.isOpen())

@@ -82,6 +82,7 @@ private:
     void showStreamEvent(int event, const QString& detail);
     void followProcessing(const ProcessingSettings& settings);
     void toggleFullScreen();
+    void leaveFullScreen();
     void chooseFile();
     void saveSnapshot(bool raw);
     void tell(const QString& text);
