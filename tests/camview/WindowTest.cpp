@@ -464,6 +464,9 @@ TEST_F(WindowTest, SettingsComeBackForTheSameCamera)
     window->cameraControl().apply(settings);
     action("grid").setChecked(true);
     window->panels().measure->setScale(0.5, "mm");
+    window->useCamera(std::make_unique<ScriptedCamera>("new"), "new");
+    EXPECT_EQ(window->panels().measure->magnification(), 1.0) << "its pixels are its own";
+    EXPECT_EQ(window->panels().measure->unit(), "pix");
     window->close();
 
     OpenWindow second(root.path());
