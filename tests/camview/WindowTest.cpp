@@ -272,6 +272,28 @@ TEST_F(WindowTest, TheRulerObeysTheKeyboardAndStaysInsideThePicture)
     EXPECT_TRUE(window->pictureArea().rulerLine().isNull());
 }
 
+TEST_F(WindowTest, PixelsTypedOutsideThePictureAreCorrectedWhereTheyWereTyped)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    ASSERT_TRUE(window.show(camera, flat));
+    action("measure").trigger();
+    action("ruler").trigger();
+    const auto boxNamed = [&](const char* name) -> QSpinBox& {
+        for (QSpinBox* box : window->panels().measure->findChildren<QSpinBox*>())
+            if (box->accessibleName() == QLatin1String(name))
+                return *box;
+        throw std::out_of_range(name);
+    };
+    QSpinBox& left = boxNamed("Left");
+    QSpinBox& end = boxNamed("Ruler's end, x");
+    for (int wanted : {4000, 5000}) { // from inside, and with both at the border already
+        left.setValue(wanted);
+        EXPECT_EQ(left.value(), 300);
+        end.setValue(wanted);
+        EXPECT_EQ(end.value(), 400);
+    }
+}
+
 TEST_F(WindowTest, ADoubleClickSwitchesFullScreenAndBack)
 {
     ScriptedCamera& camera = window.useScriptedCamera();

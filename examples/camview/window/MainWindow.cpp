@@ -200,8 +200,10 @@ void MainWindow::connectAids()
         if (actions->measure->isChecked())
             docks->measure->setArea(measured);
     });
-    connect(docks->measure, &MeasurePanel::areaRequested, &area->measureFrame(),
-            &MeasureFrame::setArea);
+    connect(docks->measure, &MeasurePanel::areaRequested, this, [this](const QRect& wanted) {
+        area->measureFrame().setArea(wanted);
+        docks->measure->setArea(area->measureFrame().getArea()); // which may be unchanged
+    });
     connect(actions->wideHistogram, &QAction::toggled, docks->histogram, &HistogramPanel::setWide);
     connect(actions->stretch, &QAction::toggled, this,
             [this](bool on) { model.change([on](ProcessingSettings& s) { s.autoStretch = on; }); });

@@ -107,6 +107,7 @@ void PictureArea::setRulerLine(const QLineF& line)
     const auto [first, second] = rulerEnds();
     first->setPos(inside(line.p1()));
     second->setPos(inside(line.p2()));
+    emit rulerChanged(rulerLine()); // also when an end stays where it was
 }
 
 // A smaller region or a decimated read-out may leave the ends where no pointer gets.
