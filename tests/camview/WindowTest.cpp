@@ -413,9 +413,14 @@ TEST_F(WindowTest, AVanishedCameraIsToldUntilItReturns)
 
 TEST_F(WindowTest, ASourceThatDoesNotOpenLeavesTheWindowUsable)
 {
+    window.useScriptedCamera();
     EXPECT_FALSE(window->openSource("raw:/nowhere/at-all?width=8&height=8&bits=8"));
-    EXPECT_FALSE(window->noticeBar().notice().isEmpty());
+    EXPECT_TRUE(window->noticeBar().notice().contains("nowhere"));
+    EXPECT_EQ(window->windowTitle(), "camview") << "not the camera that is gone";
+    EXPECT_FALSE(window->panels().camera->isEnabled()) << "there is nothing to set";
+    EXPECT_FALSE(window->panels().map->isEnabled());
     action("snapshot").trigger();
+    EXPECT_TRUE(window->noticeBar().notice().contains("no picture"));
     action("record").trigger();
     EXPECT_FALSE(window->recordingControl().isRunning());
     EXPECT_TRUE(window->openSource("sim?width=320&height=240"));

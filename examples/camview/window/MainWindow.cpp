@@ -58,7 +58,6 @@ MainWindow::MainWindow(const WindowOptions& windowOptions)
     , sourceBar(new SourceBar(this))
     , docks(new PanelDocks(*this, model))
 {
-    setWindowTitle(QStringLiteral("camview"));
     setWindowIcon(QIcon(QStringLiteral(":/camview/icons/camview.svg")));
     resize(1440, 900);
     buildCentre();
@@ -131,10 +130,11 @@ void MainWindow::connectCamera()
     connect(&control, &CameraControl::settingsChanged, docks->map, &MapPanel::setSettings);
     connect(&control, &CameraControl::failed, this, &MainWindow::tell);
     connect(&control, &CameraControl::closed, this, [this] {
-        sourceBar->setPlayback(nullptr);
         feed.takePicture(); // what still waits is of the camera that is gone
         newest = nullptr;
+        showNoCamera();
     });
+    showNoCamera();
     connect(sourceBar, &SourceBar::openRequested, this, &MainWindow::openSource);
     connect(sourceBar, &SourceBar::camerasFound, this, [this](int count) {
         statusBar()->showMessage(tr("%n camera(s) found", nullptr, count), messageMs);
@@ -291,12 +291,22 @@ void MainWindow::useCamera(std::unique_ptr<Camera> camera, const QString& source
     area->setSensorSize(info.sensorWidth, info.sensorHeight);
     docks->camera->setCamera(info);
     docks->map->setCamera(info);
-    docks->histogram->clear();
     sourceBar->setSource(source);
     setWindowTitle(QStringLiteral("%1 – camview").arg(info.name));
     control.open(std::move(camera));
     sourceBar->setPlayback(control.playback());
     log(InfoLogType) << "Streaming from " << info.name << std::endl;
+}
+
+void MainWindow::showNoCamera()
+{
+    setWindowTitle(QStringLiteral("camview"));
+    sourceBar->setPlayback(nullptr);
+    docks->camera->setEnabled(false);
+    docks->map->setEnabled(false);
+    docks->histogram->clear();
+    status->showPixel({}, nullptr);
+    status->showPinnedColor({});
 }
 
 void MainWindow::showNewestPicture()
@@ -384,8 +394,10 @@ void MainWindow::chooseFile()
 
 void MainWindow::saveSnapshot(bool raw)
 {
-    if (newest == nullptr)
+    if (newest == nullptr) {
+        tell(tr("There is no picture to save."));
         return;
+    }
     const QString stamp =
         QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
     const QString fileName =

@@ -77,6 +77,7 @@ private:
     void connectCommands();
     void connectColors();
 
+    void showNoCamera();
     void showNewestPicture();
     void showPanels(LivePicture& picture);
     void showStreamEvent(int event, const QString& detail);
