@@ -36,19 +36,22 @@ int runCamview(const QStringList& arguments)
     return HeadlessRun(options).run();
 }
 
-bool isGiven(const char* option, int argc, char* argv[])
+/// Before there is an application to ask, and in every form that the options are read in.
+bool isGiven(const QByteArray& option, int argc, char* argv[])
 {
-    return std::any_of(argv + 1, argv + argc,
-                       [option](const char* argument) { return qstrcmp(argument, option) == 0; });
+    return std::any_of(argv + 1, argv + argc, [&option](const QByteArray& argument) {
+        const QByteArray name = argument.split('=').constFirst();
+        return name == "-" + option || name == "--" + option;
+    });
 }
 
 /// Only a window needs a display; a run without one must work where there is none.
 std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[])
 {
-    for (const char* option : {"--headless", "--help", "--version", "--list"})
+    for (const char* option : {"headless", "help", "version", "list"})
         if (isGiven(option, argc, argv))
             return std::make_unique<QCoreApplication>(argc, argv);
-    if (isGiven("--grab", argc, argv) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    if (isGiven("grab", argc, argv) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);

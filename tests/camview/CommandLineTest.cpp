@@ -204,6 +204,12 @@ TEST_F(CommandLineTest, LogsStageTimesWhereTheConfigurationSaysSo)
     EXPECT_TRUE(bytesOf(folder.filePath("times.txt")).contains("process "));
 }
 
+TEST_F(CommandLineTest, NeedsNoDisplayHoweverTheOptionIsWritten)
+{
+    EXPECT_EQ(runCamview({"-headless", "-frames=1", "-source=sim?width=64&height=48"}).status, 0);
+    EXPECT_EQ(runCamview({"-help"}).status, 0);
+}
+
 TEST_F(CommandLineTest, EndsWhenTheTimeIsUp)
 {
     const Outcome outcome = runCamview({"--headless", "--source", "sim?width=64&height=48",
