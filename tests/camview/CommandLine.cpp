@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 
+#include <QDir>
 #include <QJsonDocument>
 #include <QProcess>
 #include <QStandardPaths>
@@ -10,14 +11,16 @@ QJsonObject Outcome::json() const
     return QJsonDocument::fromJson(out).object();
 }
 
-Outcome runCamview(const QStringList& arguments)
+Outcome runCamview(const QStringList& arguments, const QString& userHome)
 {
-    // A user with an empty home: nothing of the tester's own configuration takes part.
-    const QTemporaryDir home;
+    // Nothing of the tester's own configuration takes part.
+    const QTemporaryDir empty;
+    const QDir home(userHome.isEmpty() ? empty.path() : userHome);
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("HOME", home.path());
     environment.insert("XDG_CONFIG_HOME", home.filePath("config"));
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(home.path());
     process.start(CAMVIEW_PROGRAM, arguments);

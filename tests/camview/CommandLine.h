@@ -13,5 +13,6 @@ struct Outcome {
     QJsonObject json() const;
 };
 
-/// Runs camview as a process of its own.
-Outcome runCamview(const QStringList& arguments);
+/// Runs camview as a process of its own, of the user whose home is \p home, by default of one with
+/// an empty home.
+Outcome runCamview(const QStringList& arguments, const QString& home = {});

@@ -10,8 +10,8 @@
 
 #include <QCommandLineParser>
 
-#include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace
 {
@@ -33,7 +33,7 @@ constexpr OptionText optionTexts[] = {
     {"source", "SOURCE", "Where frames come from (below); sim by default."},
     {"frames", "N", "Stop after N pictures; 10, or all that a file holds."},
     {"duration", "S", "Stop after S seconds."},
-    {"output", "DIR", "Write each picture into this folder as PNG."},
+    {"output", "DIR", "Write each picture into this folder as PNG; from a window, what is saved."},
     {"record", "FILE", "Record the raw frames into FILE.dat and its companions."},
     {"snapshot", "FILE", "Write the last picture as PNG, and its raw frame beside it."},
     {"settings", "FILE", "Read the image settings from FILE, and write the new ones there."},
@@ -63,10 +63,6 @@ constexpr OptionText optionTexts[] = {
     {"mono", nullptr, "Turn a mosaic into grey by the mosaic-to-grey conversion."},
     {"grab", "DIR", "Write pictures of the window into this folder and end."},
 };
-
-constexpr const char* processingOptions[] = {
-    "average",       "method",           "lut",    "brightness", "contrast", "gamma", "stretch",
-    "white-balance", "color-correction", "median", "flip-h",     "flip-v",   "mono"};
 
 /// The parsed line with checked access to its values.
 class Arguments
@@ -232,11 +228,9 @@ void readSettingsFile(const QString& fileName, ImgCorrectionSettings& correction
         throw UsageError(QString("%1: not a settings file, or damaged").arg(fileName));
 }
 
-ProcessingSettings processingFrom(const Arguments& arguments)
+void readProcessing(const Arguments& arguments, ProcessingSettings& settings)
 {
-    ProcessingSettings settings;
     ImgCorrectionSettings& correction = settings.correction;
-    correction.colorReconstructionMethod = 2;
     if (arguments.has("settings"))
         readSettingsFile(arguments.nonEmpty("settings"), correction);
     if (arguments.has("method"))
@@ -251,9 +245,17 @@ ProcessingSettings processingFrom(const Arguments& arguments)
         correction.flipV = true;
     if (arguments.has("average"))
         settings.averageFrames = int(arguments.integer("average", 1, RingFrameBuffer::maxFrames));
+    if (arguments.has("stretch"))
+        settings.autoStretch = true;
+    if (arguments.has("mono"))
+        settings.greyFromMosaic = true;
+}
+
+ProcessingSettings headlessDefaults()
+{
+    ProcessingSettings settings;
     settings.histogramPeriod = histogramPeriod;
-    settings.autoStretch = arguments.has("stretch");
-    settings.greyFromMosaic = arguments.has("mono");
+    settings.correction.colorReconstructionMethod = 2;
     return settings;
 }
 
@@ -274,7 +276,8 @@ CameraSettings CameraWishes::appliedTo(CameraSettings settings) const
 
 Options parseOptions(const QStringList& list)
 {
-    const Arguments arguments(list);
+    const auto parsed = std::make_shared<const Arguments>(list);
+    const Arguments& arguments = *parsed;
     Options options;
     options.help = arguments.has("help");
     options.version = arguments.has("version");
@@ -298,10 +301,11 @@ Options parseOptions(const QStringList& list)
     if (arguments.has("settings"))
         options.settingsFile = arguments.nonEmpty("settings");
     options.camera = cameraFrom(arguments);
-    options.processing = processingFrom(arguments);
-    options.processingGiven =
-        std::any_of(std::begin(processingOptions), std::end(processingOptions),
-                    [&](const char* name) { return arguments.has(name); });
+    options.adjustProcessing = [parsed](ProcessingSettings& settings) {
+        readProcessing(*parsed, settings);
+    };
+    options.processing = headlessDefaults();
+    options.adjustProcessing(options.processing);
     if (arguments.has("grab"))
         options.grabFolder = arguments.nonEmpty("grab");
     return options;

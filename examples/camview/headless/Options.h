@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 #include <stdexcept>
 
@@ -49,9 +50,10 @@ struct Options {
     QString settingsFile;
     bool json = false;
     CameraWishes camera;
-    ProcessingSettings processing;
-    bool processingGiven = false; ///< any option changes the processing
-    QString grabFolder;           ///< for pictures of the window, or empty
+    ProcessingSettings processing; ///< of a run without a window
+    /// Sets what was asked for; the rest stays, as it was saved for a camera.
+    std::function<void(ProcessingSettings&)> adjustProcessing;
+    QString grabFolder; ///< for pictures of the window, or empty
 };
 
 /// \param arguments without the program's name

@@ -470,6 +470,8 @@ void MainWindow::restore(const SettingsStore::Content& content)
     for (QAction* action : actions->keptSwitches())
         action->setChecked(switches[action->objectName()].toBool());
     docks->recording->restore(window["recording"].toObject());
+    if (options.outputFolderGiven)
+        docks->recording->setFolder(options.outputFolder);
     docks->measure->setScale(window["magnification"].toDouble(1.0),
                              window["unit"].toString(QStringLiteral("pix")));
     for (const QString& complaint : content.complaints)

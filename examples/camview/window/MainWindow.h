@@ -28,6 +28,8 @@ class WindowActions;
 struct WindowOptions {
     QString settingsRoot; ///< folder of the settings of all cameras
     QString outputFolder; ///< where snapshots and recordings go
+    bool outputFolderGiven =
+        false; ///< asked for by name: recordings do not go where they went before
     bool restoreSettings =
         true; ///< false: start with defaults, keep the saved settings as they are
 };

@@ -4,10 +4,11 @@
 #include "WindowLogs.h"
 #include "WindowPictures.h"
 #include "core/Logging.h"
+#include "core/SettingsFile.h"
 
 #include <QApplication>
-#include <QIcon>
 #include <QStandardPaths>
+#include <QTextStream>
 #include <QTimer>
 
 #include <csignal>
@@ -29,7 +30,8 @@ WindowOptions windowOptions(const Options& options)
     WindowOptions window;
     window.settingsRoot = SettingsStore::defaultRoot();
     window.outputFolder = options.outputFolder;
-    if (window.outputFolder.isEmpty())
+    window.outputFolderGiven = !options.outputFolder.isEmpty();
+    if (!window.outputFolderGiven)
         window.outputFolder = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
     // A window that does not come up with the saved settings must be able to come up without.
     const bool shiftHeld = QGuiApplication::queryKeyboardModifiers() & Qt::ShiftModifier;
@@ -44,6 +46,17 @@ void refuseHeadlessOptions(const Options& options)
         !options.snapshotName.isEmpty())
         throw UsageError(
             QStringLiteral("--json, --frames, --record and --snapshot need --headless"));
+}
+
+bool writeSettings(const Options& options, const ImgCorrectionSettings& settings)
+{
+    if (options.settingsFile.isEmpty())
+        return true;
+    const QString complaint = writeSettingsFile(options.settingsFile, settings);
+    if (complaint.isEmpty())
+        return true;
+    QTextStream(stderr) << "camview: " << options.settingsFile << ": " << complaint << '\n';
+    return false;
 }
 
 } // namespace
@@ -63,12 +76,7 @@ int runWindow(const Options& options)
         CameraControl& camera = window.cameraControl();
         camera.apply(options.camera.appliedTo(camera.settings()));
     }
-    if (options.processingGiven || !options.settingsFile.isEmpty())
-        window.processingModel().change([&](ProcessingSettings& settings) {
-            const auto period = settings.histogramPeriod;
-            settings = options.processing;
-            settings.histogramPeriod = period;
-        });
+    window.processingModel().change(options.adjustProcessing);
     if (!options.grabFolder.isEmpty())
         return writeWindowPictures(window, options.grabFolder);
     // Whoever ends the process from outside gets a finished recording and saved settings, too.
@@ -82,5 +90,6 @@ int runWindow(const Options& options)
     std::signal(SIGTERM, onInterrupt);
     if (options.durationS)
         QTimer::singleShot(static_cast<int>(*options.durationS * 1000.0), &window, &QWidget::close);
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    return writeSettings(options, window.processingModel().correction()) ? status : 1;
 }
