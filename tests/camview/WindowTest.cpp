@@ -26,6 +26,7 @@
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QSpinBox>
+#include <QStatusBar>
 
 #include <gtest/gtest.h>
 
@@ -359,7 +360,12 @@ TEST_F(WindowTest, PlaybackPausesStepsAndLoops)
     ASSERT_TRUE(eventually([&] { return !window->recordingControl().isRunning(); }));
     ASSERT_TRUE(window->openSource("play:" + root.filePath("output/loop") + "?loop=1"));
     SourceBar& bar = *window->findChild<SourceBar*>();
-    bar.loopAction()->trigger();
+    EXPECT_TRUE(bar.loopAction()->isChecked()) << "as the source says";
+    ASSERT_TRUE(window->openSource("play:" + root.filePath("output/loop")));
+    EXPECT_FALSE(bar.loopAction()->isChecked());
+    const QString ended = "The source has ended.";
+    ASSERT_TRUE(eventually([&] { return window->statusBar()->currentMessage() == ended; }));
+    bar.loopAction()->trigger(); // after the end, too
     EXPECT_TRUE(window.waitForPictures(6)) << "three frames, over and over";
 
     bar.pauseAction()->trigger();

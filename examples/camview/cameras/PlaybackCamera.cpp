@@ -150,4 +150,18 @@ void PlaybackCamera::setLoop(bool on)
 {
     const std::lock_guard lock(mutex);
     loop = on;
+    wake.notify_all();
+}
+
+bool PlaybackCamera::loops() const
+{
+    const std::lock_guard lock(mutex);
+    return loop;
+}
+
+bool PlaybackCamera::waitForMore()
+{
+    std::unique_lock lock(mutex);
+    wake.wait(lock, [this] { return stopping || loop; });
+    return !stopping;
 }

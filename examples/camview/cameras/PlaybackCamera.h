@@ -22,12 +22,14 @@ protected:
     bool fill(CameraFrame& frame, const CameraSettings& now) override;
     bool waitUntilDue(std::unique_lock<std::mutex>& lock) override;
     bool exposesOnItsOwn() const override { return false; }
+    bool waitForMore() override;
 
 private:
     PlaybackCamera(Recording what, const QString& dataFile, bool playInLoop);
     void setPaused(bool on) override;
     void step() override;
     void setLoop(bool on) override;
+    bool loops() const override;
 
     const Recording recording;
     QFile data;

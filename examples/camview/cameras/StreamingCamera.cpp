@@ -93,7 +93,7 @@ bool StreamingCamera::deliverOne(FrameSink& sink)
     frame->raw.invalidateFrame();
     if (!fill(*frame, now)) {
         sink.streamChanged(StreamEvent::Ended, QString());
-        return false;
+        return waitForMore();
     }
     frame->stamp.hostTime = hostNow();
     sink.frameArrived(std::move(frame));

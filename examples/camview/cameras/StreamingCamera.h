@@ -40,6 +40,10 @@ protected:
     /// Whether exposures go on when nobody takes them, as a sensor's do and a file's do not.
     virtual bool exposesOnItsOwn() const { return true; }
 
+    /// Called on the camera's thread after the end was told; waits as long as there may be more
+    /// frames. \return whether there are
+    virtual bool waitForMore() { return false; }
+
     mutable std::mutex mutex;
     std::condition_variable wake;
     bool stopping = false;

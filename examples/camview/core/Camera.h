@@ -76,8 +76,9 @@ class PlaybackControl
 public:
     virtual ~PlaybackControl() = default;
     virtual void setPaused(bool paused) = 0;
-    virtual void step() = 0; ///< delivers one frame while paused
-    virtual void setLoop(bool loop) = 0;
+    virtual void step() = 0;             ///< delivers one frame while paused
+    virtual void setLoop(bool loop) = 0; ///< goes on also after the end
+    virtual bool loops() const = 0;
 };
 
 /// A source that cannot be opened; what() is one line for the user.

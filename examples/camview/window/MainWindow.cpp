@@ -135,6 +135,7 @@ void MainWindow::connectCamera()
         showNoCamera();
     });
     showNoCamera();
+    connect(sourceBar->loopAction(), &QAction::toggled, statusBar(), &QStatusBar::clearMessage);
     connect(sourceBar, &SourceBar::openRequested, this, &MainWindow::openSource);
     connect(sourceBar, &SourceBar::camerasFound, this, [this](int count) {
         statusBar()->showMessage(tr("%n camera(s) found", nullptr, count), messageMs);

@@ -100,7 +100,7 @@ void SourceBar::setPlayback(PlaybackControl* control)
     playback = control;
     for (QAction* action : {pause, step, loop}) {
         const QSignalBlocker block(action);
-        action->setChecked(false);
+        action->setChecked(action == loop && control != nullptr && control->loops());
         action->setVisible(control != nullptr);
         action->setEnabled(control != nullptr);
     }
