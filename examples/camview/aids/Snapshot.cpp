@@ -7,6 +7,9 @@
 namespace
 {
 
+// Light compression: the window stands still meanwhile, and noise hardly shrinks further.
+constexpr int pngQuality = 80;
+
 QString failure(const QSaveFile& file)
 {
     return QStringLiteral("Cannot write %1: %2").arg(file.fileName(), file.errorString());
@@ -23,7 +26,7 @@ bool openInFolder(QSaveFile& file)
 QString savePictureSnapshot(const QImage& picture, const QString& fileName)
 {
     QSaveFile file(fileName);
-    if (openInFolder(file) && picture.save(&file, "PNG") && file.commit())
+    if (openInFolder(file) && picture.save(&file, "PNG", pngQuality) && file.commit())
         return {};
     return failure(file);
 }
