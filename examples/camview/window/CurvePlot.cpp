@@ -96,7 +96,7 @@ void CurvePlot::paintTexts(QPainter& painter, const Scale& shown) const
     QFont small = font();
     small.setPointSizeF(small.pointSizeF() * 0.8);
     painter.setFont(small);
-    painter.setPen(palette().color(QPalette::Disabled, QPalette::WindowText));
+    painter.setPen(palette().color(QPalette::PlaceholderText));
     const QRectF area = plotArea().adjusted(3, 1, -3, -1);
     painter.drawText(area, Qt::AlignLeft | Qt::AlignTop, number(shown.high));
     painter.drawText(area, Qt::AlignLeft | Qt::AlignBottom, number(shown.low));

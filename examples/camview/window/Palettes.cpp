@@ -15,10 +15,13 @@ struct Tones {
     QRgb text;
     QRgb faintText;
     QRgb highlight;
+    QRgb highlightedText;
 };
 
-constexpr Tones light = {0xFFF2F3F5, 0xFFFFFFFF, 0xFFE6E8EB, 0xFF1C1E21, 0xFF73777D, 0xFF1F6FB5};
-constexpr Tones dark = {0xFF33363B, 0xFF202225, 0xFF41454B, 0xFFE6E7E9, 0xFF9498A0, 0xFF4DA3E8};
+constexpr Tones light = {0xFFF2F3F5, 0xFFFFFFFF, 0xFFE6E8EB, 0xFF1C1E21,
+                         0xFF73777D, 0xFF1F6FB5, 0xFFFFFFFF};
+constexpr Tones dark = {0xFF33363B, 0xFF202225, 0xFF41454B, 0xFFE6E7E9,
+                        0xFF9498A0, 0xFF4DA3E8, 0xFF101214};
 
 QPalette paletteOf(const Tones& tones)
 {
@@ -35,7 +38,7 @@ QPalette paletteOf(const Tones& tones)
     }
     palette.setColor(QPalette::PlaceholderText, tones.faintText);
     palette.setColor(QPalette::Highlight, tones.highlight);
-    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::HighlightedText, tones.highlightedText);
     palette.setColor(QPalette::Disabled, QPalette::Highlight, tones.faintText);
     palette.setColor(QPalette::Link, tones.highlight);
     const QColor button(tones.button);
