@@ -24,6 +24,8 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMap>
+#include <QMenuBar>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QStatusBar>
@@ -562,6 +564,39 @@ TEST_F(WindowTest, MnemonicsReachOnlyWhatIsSeen)
     EXPECT_EQ(QApplication::focusWidget(), &view()) << "keys are the picture's again";
 }
 
+TEST_F(WindowTest, NoTwoThingsThatAreSeenTogetherShareAMnemonic)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    ASSERT_TRUE(window.show(camera, flat));
+    for (const char* aid : {"ruler", "measure"}) // enables what moves them
+        action(aid).trigger();
+    const auto expectDistinct = [&](const char* right, const char* bottom) {
+        window->findChild<QDockWidget*>(right)->raise();
+        window->findChild<QDockWidget*>(bottom)->raise();
+        QTest::qWait(1);
+        QMap<QString, QString> owners;
+        const auto take = [&](const QString& text) {
+            const QString key = QKeySequence::mnemonic(text).toString();
+            EXPECT_TRUE(key.isEmpty() || !owners.contains(key))
+                << key.toStdString() << ": " << text.toStdString() << ", "
+                << owners[key].toStdString();
+            owners[key] = text;
+        };
+        for (const QAction* menu : window->menuBar()->actions())
+            take(menu->text());
+        for (const QLabel* label : window->findChildren<QLabel*>())
+            if (label->buddy() != nullptr && label->buddy()->isEnabled() &&
+                PanelDocks::isSeen(*label->parentWidget()))
+                take(label->text());
+        for (const QAbstractButton* button : window->findChildren<QAbstractButton*>())
+            if (button->isEnabled() && PanelDocks::isSeen(*button))
+                take(button->text());
+    };
+    for (const char* right : {"camera", "tone", "color", "processing"})
+        for (const char* bottom : {"graphs", "measure", "log"})
+            expectDistinct(right, bottom);
+}
+
 TEST_F(WindowTest, EveryControlCanBeReachedByTheKeyboard)
 {
     window.useScriptedCamera();
@@ -585,6 +620,9 @@ TEST_F(WindowTest, EveryControlCanBeReachedByTheKeyboard)
             EXPECT_NE(label->buddy()->focusPolicy(), Qt::NoFocus) << label->text().toStdString();
         }
     }
+    for (const QAction* command : window->findChild<SourceBar*>()->actions())
+        EXPECT_TRUE(command->text().isEmpty() || !command->shortcut().isEmpty())
+            << command->text().toStdString() << ": the buttons of a tool bar take no focus";
     const QString help = HelpPage::html({&action("snapshot"), &action("ruler")});
     EXPECT_TRUE(help.contains("Ctrl+S") && help.contains("Shift-drag"));
 }

@@ -30,9 +30,7 @@ SourceBar::SourceBar(QWidget* parent)
     // The box itself would open what stands there as soon as the focus moves on.
     disconnect(sources->lineEdit(), &QLineEdit::editingFinished, sources, nullptr);
 
-    auto* label = new QLabel(tr(" So&urce "), this);
-    label->setBuddy(sources);
-    addWidget(label);
+    addWidget(new QLabel(tr(" Source "), this));
     addWidget(sources);
     find = addAction(tr("Find cameras"));
     find->setShortcut(tr("Ctrl+D"));
@@ -43,6 +41,7 @@ SourceBar::SourceBar(QWidget* parent)
     step->setShortcut(tr("Ctrl+."));
     loop = addAction(tr("Loop"));
     loop->setCheckable(true);
+    loop->setShortcut(tr("Ctrl+Shift+P"));
     setPlayback(nullptr);
 
     connect(sources->lineEdit(), &QLineEdit::returnPressed, this,
