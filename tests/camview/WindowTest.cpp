@@ -533,6 +533,26 @@ TEST_F(WindowTest, DamagedSettingsAreTold)
     EXPECT_TRUE(second->noticeBar().notice().contains("damaged"));
 }
 
+TEST_F(WindowTest, MessagesAreShownWholeAndAsTheyAre)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    ASSERT_TRUE(window.show(camera, flat));
+    const auto* counters = window->statusBar()->findChild<QLabel*>();
+    ASSERT_TRUE(eventually([&] { return counters->text().startsWith("received"); }));
+    window->statusBar()->showMessage("Saved a file of a long name");
+    EXPECT_FALSE(counters->isVisible()) << "gives its place";
+    window->statusBar()->clearMessage();
+    EXPECT_TRUE(counters->isVisible());
+
+    EXPECT_FALSE(window->openSource("<b>bold</b>"));
+    const auto* notice = window->noticeBar().findChild<QLabel*>();
+    EXPECT_EQ(notice->textFormat(), Qt::PlainText);
+    RecorderStatus status;
+    status.baseName = "/a<b>/take";
+    window->panels().recording->showStatus(status);
+    EXPECT_TRUE(window->panels().recording->statusText().contains("/a&lt;b&gt;/take"));
+}
+
 TEST_F(WindowTest, ASlowWindowSeesTheNewestPictureAndNothingPilesUp)
 {
     ScriptedCamera& camera = window.useScriptedCamera();

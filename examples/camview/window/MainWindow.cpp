@@ -345,7 +345,7 @@ void MainWindow::showStreamEvent(int event, const QString& detail)
 {
     switch (static_cast<StreamEvent>(event)) {
     case StreamEvent::Ended:
-        statusBar()->showMessage(tr("The source has ended."));
+        statusBar()->showMessage(tr("The source has ended."), messageMs);
         break;
     case StreamEvent::Failed:
         tell(tr("The stream broke down: %1").arg(detail));

@@ -12,6 +12,7 @@ NoticeBar::NoticeBar(QWidget* parent)
     setStyleSheet(QStringLiteral("NoticeBar { background: #f2c14e; } "
                                  "QLabel, QToolButton { color: #221a00; background: none; }"));
     label->setWordWrap(true);
+    label->setTextFormat(Qt::PlainText); // names of files and cameras may hold anything
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* close = new QToolButton(this);
     close->setText(QStringLiteral("✕"));

@@ -158,9 +158,9 @@ void RecordingPanel::showStatus(const RecorderStatus& now)
 {
     QStringList lines;
     if (now.recording)
-        lines << tr("Recording to %1").arg(now.baseName);
+        lines << tr("Recording to %1").arg(now.baseName.toHtmlEscaped());
     else if (!now.baseName.isEmpty())
-        lines << tr("Recorded %1").arg(now.baseName);
+        lines << tr("Recorded %1").arg(now.baseName.toHtmlEscaped());
     lines << tr("%1 frames, %2 waiting").arg(now.recorded).arg(now.waiting);
     if (now.unwritten > 0)
         lines << tr("%1 frames did not reach the disk").arg(now.unwritten);

@@ -32,6 +32,10 @@ StatusPanel::StatusPanel(QStatusBar& statusBar)
     , rate(addPiece(tr("Shown frames per second"), QStringLiteral("999.9 fps")))
 {
     counters->setToolTip(tr("Frames received, processed, shown, recorded, dropped, incomplete"));
+    // The longest piece gives way to messages, which would otherwise be cut to what it leaves.
+    bar.addWidget(counters);
+    for (QLabel* label : {pixel, pinned, position, zoomLabel, rate})
+        bar.addPermanentWidget(label);
     pinned->setToolTip(tr("The colour where the mouse button was released last"));
 }
 
@@ -42,7 +46,6 @@ QLabel* StatusPanel::addPiece(const QString& name, const QString& widest)
     label->setToolTip(name);
     // A fixed width keeps the bar from jumping with every digit.
     label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
-    bar.addPermanentWidget(label);
     return label;
 }
 
