@@ -520,6 +520,18 @@ TEST_F(WindowTest, SettingsComeBackForTheSameCamera)
         << "a start without the settings does not overwrite them";
 }
 
+TEST_F(WindowTest, ARegionComesBackOnlyForASensorOfItsSize)
+{
+    ASSERT_TRUE(window->openSource("sim?width=320&height=240"));
+    CameraSettings part = window->cameraControl().settings();
+    part.region = {0, 0, 160, 120};
+    window->cameraControl().apply(part);
+    ASSERT_TRUE(window->openSource("sim?width=320&height=240"));
+    EXPECT_EQ(region(), part.region);
+    ASSERT_TRUE(window->openSource("sim?width=640&height=480"));
+    EXPECT_EQ(region(), (SensorRegion{0, 0, 640, 480}));
+}
+
 TEST_F(WindowTest, DamagedSettingsAreTold)
 {
     window.useScriptedCamera();

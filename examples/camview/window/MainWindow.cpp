@@ -283,7 +283,7 @@ void MainWindow::useCamera(std::unique_ptr<Camera> camera, const QString& source
     if (options.restoreSettings) {
         const SettingsStore::Content content = store->load(ProcessingModel::defaults().correction);
         const int openedDepth = settings.bitDepth;
-        settings = cameraSettingsFrom(content.window["camera"].toObject(), settings);
+        settings = cameraSettingsFrom(content.window["camera"].toObject(), settings, info);
         if (SourceText(source).has("bits")) // asked for by name, it goes before what was saved
             settings.bitDepth = openedDepth;
         restore(content);
@@ -437,7 +437,7 @@ SettingsStore::Content MainWindow::currentContent()
                       {"layout", QString::fromLatin1(saveState().toBase64())},
                       {"colors", colors},
                       {"switches", switches},
-                      {"camera", toJson(control.settings())},
+                      {"camera", toJson(control.settings(), control.info())},
                       {"recording", docks->recording->save()},
                       {"processing", toJson(model.settings())},
                       {"magnification", docks->measure->magnification()},

@@ -2,9 +2,22 @@
 
 #include <algorithm>
 
-QJsonObject toJson(const CameraSettings& settings)
+namespace
 {
-    return {{"x", settings.region.x},
+
+SensorRegion regionFrom(const QJsonObject& json, const SensorRegion& fallback)
+{
+    return {json["x"].toInt(fallback.x), json["y"].toInt(fallback.y),
+            json["width"].toInt(fallback.width), json["height"].toInt(fallback.height)};
+}
+
+} // namespace
+
+QJsonObject toJson(const CameraSettings& settings, const CameraInfo& info)
+{
+    return {{"sensorWidth", info.sensorWidth},
+            {"sensorHeight", info.sensorHeight},
+            {"x", settings.region.x},
             {"y", settings.region.y},
             {"width", settings.region.width},
             {"height", settings.region.height},
@@ -17,13 +30,13 @@ QJsonObject toJson(const CameraSettings& settings)
             {"frameRate", settings.frameRate}};
 }
 
-CameraSettings cameraSettingsFrom(const QJsonObject& json, const CameraSettings& fallback)
+CameraSettings cameraSettingsFrom(const QJsonObject& json, const CameraSettings& fallback,
+                                  const CameraInfo& info)
 {
     CameraSettings settings = fallback;
-    settings.region.x = json["x"].toInt(fallback.region.x);
-    settings.region.y = json["y"].toInt(fallback.region.y);
-    settings.region.width = json["width"].toInt(fallback.region.width);
-    settings.region.height = json["height"].toInt(fallback.region.height);
+    if (json["sensorWidth"].toInt(info.sensorWidth) == info.sensorWidth &&
+        json["sensorHeight"].toInt(info.sensorHeight) == info.sensorHeight)
+        settings.region = regionFrom(json, fallback.region);
     settings.decimation = std::max(1, json["decimation"].toInt(fallback.decimation));
     settings.bitDepth = json["bitDepth"].toInt(fallback.bitDepth);
     settings.mirrorH = json["mirrorH"].toBool(fallback.mirrorH);
