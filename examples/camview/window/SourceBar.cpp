@@ -16,20 +16,7 @@ SourceBar::SourceBar(QWidget* parent)
     , sources(new QComboBox(this))
 {
     setObjectName(QStringLiteral("sourceBar"));
-    sources->setEditable(true);
-    sources->setInsertPolicy(QComboBox::NoInsert);
-    sources->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    sources->setMinimumContentsLength(24);
-    sources->setToolTip(sourceHelp());
-    sources->setAccessibleName(tr("Source"));
-    sources->addItems({QStringLiteral("sim"), QStringLiteral("sim?bits=12"),
-                       QStringLiteral("sim?mono=1&bits=10"), QStringLiteral("genicam")});
-
-    sources->installEventFilter(this);
-    sources->completer()->setCaseSensitivity(Qt::CaseSensitive); // as file names are
-    // The box itself would open what stands there as soon as the focus moves on.
-    disconnect(sources->lineEdit(), &QLineEdit::editingFinished, sources, nullptr);
-
+    fillSources();
     addWidget(new QLabel(tr(" Source "), this));
     addWidget(sources);
     find = addAction(tr("Find cameras"));
@@ -62,6 +49,23 @@ SourceBar::SourceBar(QWidget* parent)
         if (playback)
             playback->setLoop(on);
     });
+}
+
+void SourceBar::fillSources()
+{
+    sources->setEditable(true);
+    sources->setInsertPolicy(QComboBox::NoInsert);
+    sources->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    sources->setMinimumContentsLength(24);
+    sources->setToolTip(sourceHelp());
+    sources->setAccessibleName(tr("Source"));
+    sources->addItems({QStringLiteral("sim"), QStringLiteral("sim?bits=12"),
+                       QStringLiteral("sim?mono=1&bits=10"), QStringLiteral("genicam")});
+
+    sources->installEventFilter(this);
+    sources->completer()->setCaseSensitivity(Qt::CaseSensitive); // as file names are
+    // The box itself would open what stands there as soon as the focus moves on.
+    disconnect(sources->lineEdit(), &QLineEdit::editingFinished, sources, nullptr);
 }
 
 void SourceBar::findCameras()

@@ -37,6 +37,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void fillSources();
+
     QComboBox* sources;
     QAction* find;
     QAction* pause;
