@@ -1,6 +1,5 @@
 #include "CommandLine.h"
 
-#include <QDir>
 #include <QJsonDocument>
 #include <QProcess>
 #include <QStandardPaths>
@@ -11,11 +10,10 @@ QJsonObject Outcome::json() const
     return QJsonDocument::fromJson(out).object();
 }
 
-Outcome runCamview(const QStringList& arguments, const QString& userHome)
+Outcome runCamview(const QStringList& arguments)
 {
-    // Nothing of the tester's own configuration takes part.
-    const QTemporaryDir empty;
-    const QDir home(userHome.isEmpty() ? empty.path() : userHome);
+    // A user with an empty home: nothing of the tester's own configuration takes part.
+    const QTemporaryDir home;
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("HOME", home.path());

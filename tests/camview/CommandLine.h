@@ -13,6 +13,5 @@ struct Outcome {
     QJsonObject json() const;
 };
 
-/// Runs camview as a process of its own, of the user whose home is \p home, by default of one with
-/// an empty home.
-Outcome runCamview(const QStringList& arguments, const QString& home = {});
+/// Runs camview as a process of its own.
+Outcome runCamview(const QStringList& arguments);

@@ -192,27 +192,6 @@ TEST_F(CommandLineTest, SettingsAreReadOverruledAndWrittenBack)
     EXPECT_TRUE(settings.contains("<ColorReconstructionMethod>4</ColorReconstructionMethod>"));
 }
 
-TEST_F(CommandLineTest, AWindowChangesOnlyWhatTheOptionsName)
-{
-    const QStringList base{"--source", "sim?width=64&height=48", "--duration", "0.05"};
-    const auto runWindow = [&](const QStringList& options) {
-        const Outcome outcome = runCamview(base + options, folder.path());
-        ASSERT_EQ(outcome.status, 0) << outcome.err.toStdString();
-    };
-    const QString cameras = folder.filePath("config/camview/cameras/");
-    runWindow({"--gamma", "0.5", "--method", "3", "--output", folder.filePath("first")});
-    runWindow({"--flip-h"});
-    const QByteArray saved = bytesOf(cameras + "sim/image.xml");
-    EXPECT_TRUE(saved.contains("<Gamma>0.5</Gamma>")) << saved.toStdString();
-    EXPECT_TRUE(saved.contains("<ColorReconstructionMethod>3</ColorReconstructionMethod>"));
-    EXPECT_TRUE(bytesOf(cameras + "sim/window.json").contains("/first\""));
-
-    const QString file = folder.filePath("settings.xml");
-    runWindow({"--output", folder.filePath("second"), "--settings", file});
-    EXPECT_TRUE(bytesOf(cameras + "sim/window.json").contains("/second\"")) << "asked for by name";
-    EXPECT_TRUE(bytesOf(file).contains("<Gamma>0.5</Gamma>"));
-}
-
 TEST_F(CommandLineTest, LogsStageTimesWhereTheConfigurationSaysSo)
 {
     writeFile(folder.filePath("log.xml"),

@@ -485,6 +485,38 @@ TEST_F(WindowTest, OptionsThatOnlyARunWithoutAWindowKnowsAreRefused)
         EXPECT_THROW(runWindow(parseOptions(line)), UsageError) << line[0].toStdString();
 }
 
+TEST_F(WindowTest, OptionsChangeOnlyWhatTheyName)
+{
+    window->close();
+    qputenv("XDG_CONFIG_HOME", root.path().toLocal8Bit());
+    QFile noLogs(root.filePath("log.xml"));
+    ASSERT_TRUE(noLogs.open(QIODevice::WriteOnly));
+    noLogs.write("<Settings><Logs/></Settings>");
+    noLogs.close();
+    const auto runWith = [&](const QStringList& options) {
+        const QStringList base{"--source", "sim?width=64&height=48", "--duration",
+                               "0.05",     "--log-config",           noLogs.fileName()};
+        EXPECT_EQ(runWindow(parseOptions(base + options)), 0);
+        return SettingsStore(SettingsStore::defaultRoot(), "sim").load();
+    };
+    const auto folderOf = [](const SettingsStore::Content& saved) {
+        return saved.window["recording"].toObject()["folder"].toString();
+    };
+    runWith({"--gamma", "0.5", "--method", "3", "--output", root.filePath("first")});
+    const SettingsStore::Content kept = runWith({"--flip-h"});
+    EXPECT_EQ(kept.image.gamma, 0.5);
+    EXPECT_EQ(kept.image.colorReconstructionMethod, 3);
+    EXPECT_TRUE(kept.image.flipH);
+    EXPECT_EQ(folderOf(kept), root.filePath("first"));
+
+    const QString file = root.filePath("settings.xml");
+    EXPECT_EQ(folderOf(runWith({"--output", root.filePath("second"), "--settings", file})),
+              root.filePath("second"));
+    ImgCorrectionSettings written;
+    ASSERT_TRUE(ImgCorrectionSettings::readSettings(file, written));
+    EXPECT_EQ(written.gamma, 0.5);
+}
+
 TEST_F(WindowTest, SettingsComeBackForTheSameCamera)
 {
     window.useScriptedCamera();
