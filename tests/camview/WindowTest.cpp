@@ -26,6 +26,7 @@
 #include <QLineEdit>
 #include <QMap>
 #include <QMenuBar>
+#include <QProgressDialog>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QStatusBar>
@@ -352,6 +353,36 @@ TEST_F(WindowTest, RecordsTheAskedNumberAndPlaysItBack)
     EXPECT_TRUE(window.waitForPictures(1));
     EXPECT_EQ(window->cameraControl().info().frameCount, 5U);
     EXPECT_EQ(view().getBitmap().size(), QSize(320, 240));
+}
+
+TEST_F(WindowTest, ExportsARecordingBesideTheLivePicture)
+{
+    ASSERT_TRUE(window->openSource("sim?bits=8&width=320&height=240"));
+    window->panels().recording->restore({{"length", 1}, {"count", 3}, {"pattern", "take"}});
+    action("record").trigger();
+    ASSERT_TRUE(eventually([&] { return !window->recordingControl().isRunning(); }));
+
+    ExportControl& exports = window->exportControl();
+    const auto dialogIsSeen = [&] {
+        const auto* dialog = window->findChild<QProgressDialog*>();
+        return dialog != nullptr && dialog->isVisible();
+    };
+    const auto run = [&] {
+        exports.start(root.filePath("output/take.dat"), root.path(),
+                      window->processingModel().settings());
+        EXPECT_FALSE(action("exportPictures").isEnabled());
+        EXPECT_TRUE(dialogIsSeen());
+        EXPECT_TRUE(eventually([&] { return !exports.isRunning(); }));
+        EXPECT_TRUE(action("exportPictures").isEnabled());
+        EXPECT_TRUE(eventually([&] { return !dialogIsSeen(); }));
+    };
+    run();
+    EXPECT_EQ(window->statusBar()->currentMessage(), "3 picture(s) exported");
+    EXPECT_EQ(QImage(root.filePath("take_000003.png")).size(), QSize(320, 240));
+    EXPECT_TRUE(window.waitForPictures(1));
+
+    run();
+    EXPECT_TRUE(window->noticeBar().notice().contains("take_000001.png: is there already"));
 }
 
 TEST_F(WindowTest, PlaybackPausesStepsAndLoops)

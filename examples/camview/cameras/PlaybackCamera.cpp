@@ -1,8 +1,5 @@
 #include "PlaybackCamera.h"
 
-#include <QFileInfo>
-#include <QtEndian>
-
 #include <algorithm>
 
 namespace
@@ -32,39 +29,27 @@ double recordedRate(const Recording& recording)
                        : usual;
 }
 
-// The image engine uses samples as table indices: a damaged file must not hold larger ones.
-void limitSamples(FrameEx2& frame)
-{
-    auto* sample = reinterpret_cast<quint16*>(frame.getImageBuffer());
-    const auto largest = static_cast<quint16>((1 << frame.rawBitDepth) - 1);
-    const int count = frame.imgWidth * frame.imgHeight;
-    for (int i = 0; i < count; ++i)
-        sample[i] = std::min(qFromLittleEndian(sample[i]), largest);
-}
-
 } // namespace
 
 std::unique_ptr<Camera> PlaybackCamera::open(const SourceText& source)
 {
     source.allowOnly({"loop"});
     source.requirePath();
-    const QString base = recordingBaseOf(source.path());
     try {
-        return std::unique_ptr<Camera>(new PlaybackCamera(Recording::open(base), dataFileOf(base),
-                                                          source.flag("loop", false)));
+        auto reader = std::make_unique<RecordingReader>(source.path());
+        return std::unique_ptr<Camera>(
+            new PlaybackCamera(std::move(reader), source.flag("loop", false)));
     } catch (const RecordingError& error) {
         throw CameraError(QString::fromUtf8(error.what()));
     }
 }
 
-PlaybackCamera::PlaybackCamera(Recording what, const QString& dataFile, bool playInLoop)
-    : StreamingCamera(settingsOf(what, 0))
-    , recording(std::move(what))
-    , data(dataFile)
+PlaybackCamera::PlaybackCamera(std::unique_ptr<RecordingReader> opened, bool playInLoop)
+    : StreamingCamera(settingsOf(opened->recording(), 0))
+    , reader(std::move(opened))
+    , recording(reader->recording())
     , loop(playInLoop)
 {
-    if (!data.open(QIODevice::ReadOnly))
-        throw RecordingError(QString("%1: %2").arg(dataFile, data.errorString()));
 }
 
 PlaybackCamera::~PlaybackCamera()
@@ -75,7 +60,7 @@ PlaybackCamera::~PlaybackCamera()
 CameraInfo PlaybackCamera::info() const
 {
     CameraInfo info;
-    info.name = "play " + QFileInfo(data.fileName()).completeBaseName();
+    info.name = "play " + reader->name();
     for (const Recording::Entry& entry : recording.entries) {
         info.sensorWidth = std::max(info.sensorWidth, entry.params.posX + entry.params.width);
         info.sensorHeight = std::max(info.sensorHeight, entry.params.posY + entry.params.height);
@@ -103,17 +88,11 @@ bool PlaybackCamera::fill(CameraFrame& frame, const CameraSettings&)
             return false;
         position = 0;
     }
-    const Recording::Entry& entry = recording.entries[position];
-    const qint64 bytes = recording.layout.frameBytes();
-    _FrameParams params = entry.params;
-    frame.mosaic = recording.layout.mosaic;
-    frame.stamp = entry.stamp;
-    frame.raw.InitFrame(params, static_cast<unsigned char>(recording.layout.bitDepth));
-    auto* out = reinterpret_cast<char*>(frame.raw.getImageBuffer());
-    if (!data.seek(qint64(position) * bytes) || data.read(out, bytes) != bytes)
-        throw CameraError(QString("%1: %2").arg(data.fileName(), data.errorString()));
-    if (recording.layout.bitDepth > 8)
-        limitSamples(frame.raw);
+    try {
+        reader->read(position, frame);
+    } catch (const RecordingError& error) {
+        throw CameraError(QString::fromUtf8(error.what()));
+    }
     ++position;
     return true;
 }

@@ -2,9 +2,7 @@
 
 #include "SourceText.h"
 #include "StreamingCamera.h"
-#include "core/RecordingFiles.h"
-
-#include <QFile>
+#include "core/RecordingReader.h"
 
 /// A recording of camview, played as the camera delivered it: with the recorded frame numbers
 /// and camera times. A bit depth of 10 or 12 is told by the stamp file.
@@ -25,15 +23,15 @@ protected:
     bool waitForMore() override;
 
 private:
-    PlaybackCamera(Recording what, const QString& dataFile, bool playInLoop);
+    PlaybackCamera(std::unique_ptr<RecordingReader> opened, bool playInLoop);
     void setPaused(bool on) override;
     void step() override;
     void setLoop(bool on) override;
     bool loops() const override;
 
-    const Recording recording;
-    QFile data;
-    std::size_t position = 0; ///< of the frame that comes next
+    const std::unique_ptr<RecordingReader> reader;
+    const Recording& recording; ///< the reader's
+    std::size_t position = 0;   ///< of the frame that comes next
     // Guarded by the base's mutex:
     bool loop;
     bool paused = false;

@@ -64,6 +64,7 @@ MainWindow::MainWindow(const WindowOptions& windowOptions)
     connectView();
     connectCamera();
     connectRecording();
+    connectExport();
     connectAids();
     connectCommands();
     connectColors();
@@ -168,6 +169,16 @@ void MainWindow::connectRecording()
     connect(&recording, &RecordingControl::statusChanged, docks->recording,
             &RecordingPanel::showStatus);
     connect(&recording, &RecordingControl::failed, this, &MainWindow::tell);
+}
+
+void MainWindow::connectExport()
+{
+    connect(actions->exportPictures, &QAction::triggered, this, &MainWindow::chooseExport);
+    connect(&exports, &ExportControl::runningChanged, actions->exportPictures,
+            &QAction::setDisabled);
+    connect(&exports, &ExportControl::failed, this, &MainWindow::tell);
+    connect(&exports, &ExportControl::ended, this,
+            [this](const QString& text) { statusBar()->showMessage(text, messageMs); });
 }
 
 void MainWindow::connectAids()
@@ -391,6 +402,19 @@ void MainWindow::chooseFile()
         tr("Recordings and photographs (*.dat *.png *.jpg *.jpeg *.bmp *.ppm);;All files (*)"));
     if (!fileName.isEmpty())
         openSource(sourceOfFile(fileName));
+}
+
+void MainWindow::chooseExport()
+{
+    const QString recorded =
+        QFileDialog::getOpenFileName(this, tr("Recording to make pictures of"),
+                                     options.outputFolder, tr("Recordings (*.dat);;All files (*)"));
+    if (recorded.isEmpty())
+        return;
+    const QString folder = QFileDialog::getExistingDirectory(this, tr("Folder for the pictures"),
+                                                             QFileInfo(recorded).absolutePath());
+    if (!folder.isEmpty())
+        exports.start(recorded, folder, model.settings());
 }
 
 void MainWindow::saveSnapshot(bool raw)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CameraControl.h"
+#include "ExportControl.h"
 #include "FullScreen.h"
 #include "LiveFeed.h"
 #include "ProcessingModel.h"
@@ -51,6 +52,7 @@ public:
 
     CameraControl& cameraControl() { return control; }
     RecordingControl& recordingControl() { return recording; }
+    ExportControl& exportControl() { return exports; }
     ProcessingModel& processingModel() { return model; }
     PictureArea& pictureArea() { return *area; }
     PanelDocks& panels() { return *docks; }
@@ -75,6 +77,7 @@ private:
     void connectView();
     void connectCamera();
     void connectRecording();
+    void connectExport();
     void connectAids();
     void connectCommands();
     void connectColors();
@@ -87,6 +90,7 @@ private:
     void toggleFullScreen();
     void leaveFullScreen();
     void chooseFile();
+    void chooseExport();
     void saveSnapshot(bool raw);
     void tell(const QString& text);
 
@@ -99,6 +103,7 @@ private:
     LiveFeed feed;
     CameraControl control; // after the feed: its threads end before the feed is gone
     RecordingControl recording{control};
+    ExportControl exports{*this};
     FullScreen fullScreen{*this};
     std::optional<SettingsStore> store;
 

@@ -42,6 +42,8 @@ WindowActions::WindowActions(QWidget* w)
     , snapshot(command(w, "snapshot", tr("&Snapshot as PNG"), QKeySequence::Save, "snapshot"))
     , rawSnapshot(command(w, "rawSnapshot", tr("Snapshot of the raw &frame"), tr("Ctrl+Shift+S")))
     , record(toggle(w, "record", tr("&Record"), tr("Ctrl+R"), "record"))
+    , exportPictures(
+          command(w, "exportPictures", tr("&Export a recording as pictures…"), tr("Ctrl+E")))
     , quit(command(w, "quit", tr("&Quit"), tr("Ctrl+Q")))
     , copyPicture(command(w, "copy", tr("&Copy the picture"), tr("Ctrl+Shift+C")))
     , fit(command(w, "fit", tr("&Fit"), tr("F"), "fit"))
@@ -71,7 +73,7 @@ WindowActions::WindowActions(QWidget* w)
 void WindowActions::fillMenus(QMenuBar& bar, const std::vector<QAction*>& docks)
 {
     QMenu* file = bar.addMenu(tr("&File"));
-    file->addActions({openFile, chooseSource});
+    file->addActions({openFile, chooseSource, exportPictures});
     file->addSeparator();
     file->addActions({snapshot, rawSnapshot, record, copyPicture});
     file->addSeparator();

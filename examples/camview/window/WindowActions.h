@@ -22,6 +22,7 @@ public:
     QAction* const snapshot;
     QAction* const rawSnapshot;
     QAction* const record;
+    QAction* const exportPictures;
     QAction* const quit;
 
     QAction* const copyPicture;
