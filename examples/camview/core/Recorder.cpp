@@ -87,9 +87,11 @@ QString Recorder::start(const RecordingRequest& wanted, const QString& camera)
     state.recording = true;
     state.baseName = dir.filePath(name);
     state.freeBytes = freeBytes;
+    startTime = hostNow();
+    // No newer frame has pushed out what waits since the camera paused or a recording ended.
+    forgetOlderThanTrigger(startTime);
     accepted = queue.size();
     acceptedFromStart = 0;
-    startTime = hostNow();
     queue.setCapacity(queue.size() + std::max<std::size_t>(wanted.queueFrames, 1));
     phase = Phase::Recording;
     writer = std::thread([this, logs] { writeFrames(logs->accessor); });
@@ -163,17 +165,19 @@ void Recorder::makeRoomForTrigger(const CameraFrame& frame)
     if (!queue.empty() && !layout.fits(frame))
         queue.clear();
     layout = RecordingLayout::of(frame);
+    forgetOlderThanTrigger(frame.stamp.hostTime);
+    while (!queue.empty() && qint64(queue.size() + 1) * layout.frameBytes() > preTriggerBytes)
+        queue.pop();
+    if (queue.full())
+        queue.setCapacity(std::max(firstTriggerFrames, 2 * queue.size()));
+}
+
+void Recorder::forgetOlderThanTrigger(std::chrono::nanoseconds now)
+{
     const auto tooOld = [&] {
-        return seconds(frame.stamp.hostTime - queue.front().stamp.hostTime) > preTriggerSeconds;
+        return seconds(now - queue.front().stamp.hostTime) > preTriggerSeconds;
     };
     while (!queue.empty() && tooOld())
-        queue.pop();
-    if (!queue.full())
-        return;
-    const qint64 bytes = qint64(queue.size() + 1) * layout.frameBytes();
-    if (bytes < preTriggerBytes)
-        queue.setCapacity(std::max(firstTriggerFrames, 2 * queue.size()));
-    else if (!queue.empty())
         queue.pop();
 }
 

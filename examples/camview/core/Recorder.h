@@ -73,6 +73,7 @@ private:
 
     bool admit(std::unique_lock<std::mutex>& lock, const CameraFrame& frame, bool mayWait);
     void makeRoomForTrigger(const CameraFrame& frame);
+    void forgetOlderThanTrigger(std::chrono::nanoseconds now);
     void finish(const QString& why);
     PooledFrame next();
     void writeFrames(CLogAccessor& logs);
