@@ -38,6 +38,9 @@ void LiveSession::stop()
     slot.close();
     if (processing.joinable())
         processing.join();
+    // The limit, or a failure, may leave a frame that nobody took.
+    if (slot.take())
+        ++dropped;
 }
 
 SessionCounters LiveSession::counters() const
