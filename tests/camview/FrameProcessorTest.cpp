@@ -85,6 +85,24 @@ TEST_F(ProcessorTest, EveryColourMethodShowsThePhotographAsItWas)
     }
 }
 
+TEST_F(ProcessorTest, AMeanThatIsSwitchedOnAgainBeginsAnew)
+{
+    const auto greyLevel = [&](FrameProcessor& processor, int average, QColor colour) {
+        ProcessingSettings settings;
+        settings.correction.colorReconstructionMethod = 1;
+        settings.averageFrames = average;
+        processor.setSettings(settings);
+        const QString photo = "photo:" + flatPhoto(folder, colour);
+        const PooledFrame frame = frameOf(photo + "?bits=8&mono=1&noise=0");
+        return int(bytesOf(processor.process(*frame).picture).front());
+    };
+    FrameProcessor processor;
+    const int white = greyLevel(processor, 4, Qt::white);
+    EXPECT_LT(greyLevel(processor, 4, Qt::black), white) << "the mean of both";
+    const int black = greyLevel(processor, 1, Qt::black);
+    EXPECT_EQ(greyLevel(processor, 4, Qt::black), black);
+}
+
 TEST_F(ProcessorTest, ARawFileShowsThePictureThatItWasMadeFrom)
 {
     const QString source = savePhoto(smoothPhoto(64, 48)) + "?noise=0";

@@ -24,6 +24,8 @@ void FrameProcessor::setSettings(const ProcessingSettings& wanted)
 {
     settings = wanted;
     settings.averageFrames = std::clamp(wanted.averageFrames, 1, int(RingFrameBuffer::maxFrames));
+    if (settings.averageFrames == 1)
+        ring = RingFrameBuffer(); // switched on again, the mean begins anew
     const ImgCorrectionSettings& correction = settings.correction;
 
     engine.setColorReconstructionMethod(correction.colorReconstructionMethod);
