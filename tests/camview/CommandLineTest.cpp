@@ -179,6 +179,37 @@ TEST_F(CommandLineTest, ASnapshotsRawFrameShowsTheSamePicture)
     EXPECT_EQ(QImage(output + "/frame_000001.png"), QImage(png));
 }
 
+TEST_F(CommandLineTest, ASnapshotsSourceNamesTheFileWhateverIsInItsName)
+{
+    const QString png = folder.filePath("80%2 grey.png");
+    const Outcome outcome = runCamview({"--headless", "--source", "sim?width=64&height=48",
+                                        "--frames", "1", "--snapshot", png, "--json"});
+    EXPECT_TRUE(outcome.json()["snapshotSource"].toString().startsWith(
+        "raw:" + folder.filePath("80%2 grey.raw") + "?width=64&height=48"))
+        << outcome.out.toStdString();
+}
+
+TEST_F(CommandLineTest, ASnapshotThatNoPictureCameForIsAFailure)
+{
+    const QString png = folder.filePath("shot.png");
+    const Outcome outcome = runCamview({"--headless", "--source", "sim?width=64&height=48",
+                                        "--rate", "0.1", "--duration", "0.05", "--snapshot", png});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err.count('\n'), 1) << outcome.err.toStdString();
+    EXPECT_FALSE(QFile::exists(png));
+}
+
+// Writing pictures takes time that a live source does not wait for.
+TEST_F(CommandLineTest, ALiveStreamIsNeverFasterThanItsCamera)
+{
+    const Outcome outcome =
+        runCamview({"--headless", "--source", "sim?width=320&height=240", "--rate", "50",
+                    "--frames", "10", "--output", output, "--json"});
+    ASSERT_EQ(outcome.status, 0) << outcome.err.toStdString();
+    EXPECT_GE(outcome.json()["seconds"].toDouble(), 10 / 50.0);
+    EXPECT_LE(outcome.json()["framesPerSecond"].toDouble(), 50);
+}
+
 TEST_F(CommandLineTest, SettingsAreReadOverruledAndWrittenBack)
 {
     const QString file = folder.filePath("settings.xml");

@@ -32,14 +32,15 @@ QString Snapshot::rawSource(const QString& pngName) const
     if (!hasRaw)
         return {};
     const FrameEx2& frame = raw.raw;
-    return QString("raw:%1?width=%2&height=%3&bits=%4&mono=%5&mirrorh=%6&mirrorv=%7")
-        .arg(rawNameOf(pngName))
-        .arg(int(frame.imgWidth))
-        .arg(int(frame.imgHeight))
-        .arg(int(frame.rawBitDepth))
-        .arg(int(!raw.mosaic))
-        .arg(int(frame.params.mirrorH))
-        .arg(int(frame.params.mirrorV));
+    // The file's name stays out of the pattern: it may hold percent signs itself.
+    return "raw:" + rawNameOf(pngName) +
+           QString("?width=%1&height=%2&bits=%3&mono=%4&mirrorh=%5&mirrorv=%6")
+               .arg(int(frame.imgWidth))
+               .arg(int(frame.imgHeight))
+               .arg(int(frame.rawBitDepth))
+               .arg(int(!raw.mosaic))
+               .arg(int(frame.params.mirrorH))
+               .arg(int(frame.params.mirrorV));
 }
 
 QString Snapshot::rawNameOf(const QString& pngName)

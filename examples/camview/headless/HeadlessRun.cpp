@@ -40,8 +40,9 @@ int HeadlessRun::run()
     std::signal(SIGTERM, onInterrupt);
     prepare();
     stream();
-    if (!snapshot.isEmpty())
-        complain(options.snapshotName, snapshot.write(options.snapshotName));
+    if (!options.snapshotName.isEmpty())
+        complain(options.snapshotName, snapshot.isEmpty() ? QString("no picture came")
+                                                          : snapshot.write(options.snapshotName));
     if (!options.settingsFile.isEmpty())
         complain(options.settingsFile,
                  writeSettingsFile(options.settingsFile, options.processing.correction));

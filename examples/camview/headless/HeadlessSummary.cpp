@@ -55,8 +55,9 @@ void printTimes(QTextStream& out, const StageTimes& sum, std::uint64_t frames)
 
 void HeadlessRun::printSummary(const SessionCounters& counters) const
 {
-    // Encoding the pictures shares the processing thread: it is left out of the rates.
-    const double streamMs = elapsedMs - writingMs;
+    // Encoding the pictures shares the processing thread: it is left out of the rates, unless
+    // the source has a rate of its own and went on meanwhile.
+    const double streamMs = isLive() ? elapsedMs : elapsedMs - writingMs;
     QTextStream out(stdout);
     if (options.json) {
         const QJsonObject summary{{"source", session->camera().info().name},
