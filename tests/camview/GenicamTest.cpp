@@ -145,6 +145,33 @@ TEST(Genicam, ACameraThatVanishesIsTakenUpAgainWhenItReturns)
     EXPECT_EQ(camera->settings().region, settings.region);
 }
 
+TEST(Genicam, WhatIsAskedOfAVanishedCameraHoldsWhenItReturns)
+{
+    FakeCamera fake;
+    const auto camera = openCamera(fake.source());
+    CollectingSink sink(100000);
+    camera->start(sink);
+    while (sink.count() < 1)
+        usleep(10000);
+    fake.unplug();
+    CameraSettings settings = camera->settings();
+    settings.region = {32, 64, 128, 96};
+    try {
+        camera->apply(settings);
+    } catch (const CameraError&) {
+        // Unless the loss was noticed before, the camera refuses; the stream looks for it anyway.
+    }
+    sink.waitFor(StreamEvent::Vanished);
+    camera->apply(settings);
+    fake.plugIn();
+    sink.waitFor(StreamEvent::Returned);
+    const std::size_t before = sink.count();
+    while (sink.count() < before + 2)
+        usleep(10000);
+    camera->stop();
+    EXPECT_EQ(camera->settings().region, settings.region);
+}
+
 TEST(Genicam, AVanishedCameraCanBeStopped)
 {
     FakeCamera fake;

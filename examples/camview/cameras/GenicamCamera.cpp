@@ -48,20 +48,29 @@ CameraSettings GenicamCamera::apply(const CameraSettings& wanted)
     const bool restart = thread.joinable() && !sameGeometry(wanted, settings());
     if (restart)
         stop();
-    {
-        const std::lock_guard lock(mutex);
-        if (!device) {
-            current = wanted; // applied when the camera is back
-        } else {
-            if (!sameGeometry(wanted, current))
-                device->applyGeometry(wanted);
-            device->applyExposure(wanted);
-            current = device->settings();
-        }
+    try {
+        set(wanted);
+    } catch (const CameraError&) {
+        if (restart)
+            start(*sink);
+        throw;
     }
     if (restart)
         start(*sink);
     return settings();
+}
+
+void GenicamCamera::set(const CameraSettings& wanted)
+{
+    const std::lock_guard lock(mutex);
+    if (!device) {
+        current = wanted; // applied when the camera is back
+        return;
+    }
+    if (!sameGeometry(wanted, current))
+        device->applyGeometry(wanted);
+    device->applyExposure(wanted);
+    current = device->settings();
 }
 
 CameraLosses GenicamCamera::losses() const
@@ -92,6 +101,12 @@ void GenicamCamera::stop()
 void GenicamCamera::run()
 {
     for (;;) {
+        // Also when a stream starts: the camera may have vanished from the one before.
+        if (!device) {
+            if (!findAgain())
+                return;
+            sink->streamChanged(StreamEvent::Returned, description.name);
+        }
         QString reason = "the camera does not answer";
         try {
             receiveFrames();
@@ -105,9 +120,6 @@ void GenicamCamera::run()
             device.reset();
         }
         sink->streamChanged(StreamEvent::Vanished, reason);
-        if (!findAgain())
-            return;
-        sink->streamChanged(StreamEvent::Returned, description.name);
     }
 }
 

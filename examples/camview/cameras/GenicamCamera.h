@@ -23,6 +23,7 @@ public:
     CameraLosses losses() const override;
 
 private:
+    void set(const CameraSettings& wanted);
     void run();
     void receiveFrames();
     bool findAgain();
