@@ -31,7 +31,10 @@
 #include <QSpinBox>
 #include <QStatusBar>
 
+#include <thread>
+
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 using window_test::eventually;
 using window_test::OpenWindow;
@@ -415,6 +418,29 @@ TEST_F(WindowTest, PlaybackPausesStepsAndLoops)
     bar.stepAction()->trigger();
     action("snapshot").trigger();
     EXPECT_TRUE(QDir(root.filePath("output")).entryList({"*.png"}).isEmpty());
+}
+
+// The disk is a pipe that nobody reads at first.
+TEST_F(WindowTest, StoppingWaitsForNoDisk)
+{
+    ScriptedCamera& camera = window.useScriptedCamera();
+    window->panels().recording->restore({{"pattern", "take"}, {"stopBelow", 0}});
+    action("record").trigger();
+    const QByteArray pipe = root.filePath("output/take.dat").toLocal8Bit();
+    ASSERT_EQ(mkfifo(pipe.constData(), 0600), 0);
+    ASSERT_TRUE(window.show(camera, flat));
+    action("record").trigger();
+    EXPECT_TRUE(window->recordingControl().isRunning());
+    EXPECT_TRUE(action("record").isChecked());
+    EXPECT_TRUE(window.show(camera, flat)) << "the live picture goes on";
+    std::thread reader([&] {
+        QFile file(pipe);
+        if (file.open(QIODevice::ReadOnly))
+            file.readAll();
+    });
+    EXPECT_TRUE(eventually([&] { return !window->recordingControl().isRunning(); }));
+    EXPECT_FALSE(action("record").isChecked());
+    reader.join();
 }
 
 TEST_F(WindowTest, AFullDiskStopsTheRecordingAndSaysSo)

@@ -98,13 +98,16 @@ QString Recorder::start(const RecordingRequest& wanted, const QString& camera)
     return state.baseName;
 }
 
+void Recorder::requestStop()
+{
+    const std::lock_guard lock(mutex);
+    if (phase == Phase::Recording)
+        finish(QString());
+}
+
 void Recorder::stop()
 {
-    {
-        const std::lock_guard lock(mutex);
-        if (phase == Phase::Recording)
-            finish(QString());
-    }
+    requestStop();
     if (writer.joinable())
         writer.join();
 }

@@ -59,7 +59,9 @@ public:
     /// \return the base name of its files
     /// \throws RecordingError when it cannot be started
     QString start(const RecordingRequest& request, const QString& cameraName);
-    /// Writes what is queued and closes the files.
+    /// Takes no more frames. What is queued is still written, while the caller goes on.
+    void requestStop();
+    /// The same, and returns when the files are closed.
     void stop();
 
     /// Copies the frame if it is wanted.

@@ -158,7 +158,7 @@ void MainWindow::connectRecording()
         if (on)
             recording.start(docks->recording->request());
         else
-            recording.stop();
+            recording.requestStop();
         actions->record->setChecked(recording.isRunning());
     });
     connect(docks->recording, &RecordingPanel::preTriggerChanged, &recording,

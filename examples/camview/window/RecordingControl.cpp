@@ -48,6 +48,12 @@ void RecordingControl::start(const RecordingRequest& request)
     }
 }
 
+void RecordingControl::requestStop()
+{
+    if (Recorder* target = recorder())
+        target->requestStop();
+}
+
 void RecordingControl::stop()
 {
     if (Recorder* target = recorder()) {

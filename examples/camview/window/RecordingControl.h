@@ -17,6 +17,9 @@ public:
 
     /// Starts a recording of the open camera; a failure is announced.
     void start(const RecordingRequest& request);
+    /// Ends it as soon as what waits is written, which a slow disk may take its time for.
+    void requestStop();
+    /// The same, and waits.
     void stop();
     bool isRunning() const { return running; }
 
