@@ -40,7 +40,7 @@ protected:
         Recorder recorder;
         RecordingRequest request;
         request.folder = folder.path();
-        request.name = "take";
+        request.name = "take %2";
         request.stopBytes = 0;
         recorder.start(request, "a camera");
         for (int i = 1; i <= 4; ++i) {
@@ -71,10 +71,10 @@ protected:
 TEST_F(RecordingExportTest, MakesAPictureOfEachFrame)
 {
     Info info;
-    RecordingExport job(folder.filePath("take.dat"), pictures.path(), processing);
+    RecordingExport job(folder.filePath("take %2.dat"), pictures.path(), processing);
     job.run(&info);
-    ASSERT_EQ(names(), QStringList({"take_000001.png", "take_000002.png", "take_000003.png",
-                                    "take_000004.png"}));
+    ASSERT_EQ(names(), QStringList({"take %2_000001.png", "take %2_000002.png",
+                                    "take %2_000003.png", "take %2_000004.png"}));
     for (int i = 0; i < 4; ++i) {
         const QImage picture(pictures.filePath(names().at(i)));
         EXPECT_EQ(picture.size(), QSize(30, 20));
@@ -88,7 +88,7 @@ TEST_F(RecordingExportTest, MakesAPictureOfEachFrame)
 TEST_F(RecordingExportTest, StopsBetweenTwoPicturesWhenAsked)
 {
     Info info(2);
-    RecordingExport job(folder.filePath("take"), pictures.path(), processing);
+    RecordingExport job(folder.filePath("take %2"), pictures.path(), processing);
     EXPECT_THROW(job.run(&info), CCalculationBlock::DeviceFunctionException);
     EXPECT_EQ(job.picturesWritten(), 2);
     EXPECT_EQ(names().size(), 2);
@@ -97,7 +97,7 @@ TEST_F(RecordingExportTest, StopsBetweenTwoPicturesWhenAsked)
 
 TEST_F(RecordingExportTest, SaysWhatStandsInTheWayAndReplacesNothing)
 {
-    const QString there = pictures.filePath("take_000002.png");
+    const QString there = pictures.filePath("take %2_000002.png");
     writeFile(there, "mine");
     const auto complaintOf = [this](const QString& recording, const QString& output) {
         RecordingExport job(recording, output, processing);
@@ -108,7 +108,7 @@ TEST_F(RecordingExportTest, SaysWhatStandsInTheWayAndReplacesNothing)
         }
         return std::string();
     };
-    const QString take = folder.filePath("take.dat");
+    const QString take = folder.filePath("take %2.dat");
     EXPECT_EQ(complaintOf(take, pictures.path()), (there + ": is there already").toStdString());
     EXPECT_EQ(QFileInfo(there).size(), 4);
     EXPECT_EQ(names().size(), 2) << "the picture before it stays";

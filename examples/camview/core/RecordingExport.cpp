@@ -56,9 +56,8 @@ void RecordingExport::runInternal()
 
 QString RecordingExport::nextPicture(const QString& recordingName) const
 {
-    const QString fileName =
-        QDir(outputFolder)
-            .filePath(QString("%1_%2.png").arg(recordingName).arg(written + 1, 6, 10, QChar('0')));
+    const QString number = QString("%1").arg(written + 1, 6, 10, QChar('0'));
+    QString fileName = QDir(outputFolder).filePath(recordingName + '_' + number + ".png");
     if (QFile::exists(fileName))
         throw RecordingError(QString("%1: is there already").arg(fileName));
     return fileName;
